@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# Set-up, build and run for ldpcodec on Debian (run as root on a fresh machine).
+#   ./build.sh sample   install what is missing, build, decode samples/ with ldpdump
+#   ./build.sh test     install what is missing, then GCC, Clang and ASan+UBSan
+#                       builds (warnings are errors), each running the whole suite
+set -euo pipefail
+cd "$(dirname "$0")"
+
+PACKAGES=(cmake ninja-build g++ clang binutils libgtest-dev libgmock-dev libbenchmark-dev)
+
+install_missing() {
+    local missing=()
+    for p in "${PACKAGES[@]}"; do
+        dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
+    done
+    if ((${#missing[@]})); then
+        echo "== installing: ${missing[*]}"
+        local sudo=()
+        [ "$(id -u)" -eq 0 ] || sudo=(sudo)
+        "${sudo[@]}" apt-get update -q
+        DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
+    fi
+}
+
+# build NAME C-COMPILER CXX-COMPILER [cmake options...]
+build() {
+    local name=$1 cc=$2 cxx=$3
+    shift 3
+    echo "== build $name ($cxx)"
+    cmake -S . -B "build/$name" -G Ninja -DCMAKE_C_COMPILER="$cc" -DCMAKE_CXX_COMPILER="$cxx" "$@" >/dev/null
+    cmake --build "build/$name" -j2
+}
+
+run_tests() {
+    echo "== test $1"
+    ctest --test-dir "build/$1" -j2 --output-on-failure
+}
+
+case "${1:-}" in
+sample)
+    install_missing
+    build release gcc g++ -DCMAKE_BUILD_TYPE=Release -DLDP_BUILD_TESTS=OFF -DLDP_BUILD_BENCH=OFF
+    build/release/tools/ldpdump/ldpdump -f samples/messages.hex
+    ;;
+test)
+    install_missing
+    build gcc gcc g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON
+    run_tests gcc
+    build clang clang clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON
+    run_tests clang
+    build sanitize gcc g++ -DCMAKE_BUILD_TYPE=Debug -DLDP_WERROR=ON -DLDP_SANITIZE=ON -DLDP_BUILD_BENCH=OFF
+    ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1 UBSAN_OPTIONS=print_stacktrace=1 run_tests sanitize
+    ;;
+*)
+    echo "usage: $0 sample|test" >&2
+    exit 2
+    ;;
+esac

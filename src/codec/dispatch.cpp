@@ -1,0 +1,38 @@
+// The dispatch table: every message type the library knows, with its record
+// and operations. Rows without functions are recognised but not yet handled.
+#include "dispatch.hpp"
+
+namespace ldp {
+namespace {
+
+constexpr msg_ops kTable[] = {
+    {LDP_MSG_NOTIFICATION, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_HELLO, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_INIT, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_KEEPALIVE, sizeof(LDP_KeepAliveMsg), 0, {}, LDP_PreParseKeepAliveMsg,
+     decode_as<LDP_KeepAliveMsg, LDP_DecodeKeepAliveMsg>,
+     encode_as<LDP_KeepAliveMsg, LDP_EncodeKeepAliveMsg>, nullptr},
+    {LDP_MSG_CAPABILITY, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_ADDRESS, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_ADDRESS_WITHDRAW, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_LABEL_MAPPING, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_LABEL_REQUEST, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_LABEL_WITHDRAW, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_LABEL_RELEASE, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_LABEL_ABORT_REQUEST, 0, 0, {}, nullptr, nullptr, nullptr,
+     nullptr},
+};
+
+} // namespace
+
+const msg_ops *find_msg_ops(uint32_t masked_type)
+{
+    for (const msg_ops &row : kTable) {
+        if (row.type == masked_type) {
+            return &row;
+        }
+    }
+    return nullptr;
+}
+
+} // namespace ldp

@@ -1,0 +1,37 @@
+// Message header handling shared by every message's pre-parse, decoder and
+// encoder.
+#pragma once
+
+#include <cstdint>
+
+#include "ldp_codec.h"
+#include "mem.hpp"
+#include "wire.hpp"
+
+namespace ldp::msg {
+
+// Copy the 8-byte wire header into hdr (through memcpy_s) and convert it to
+// host order. hdr may be a local or the record's own stMsgHeader.
+inline void read_header(const uint8_t *wire_msg, LDP_MsgHeader *hdr, const char *file,
+                        const mem::where w = mem::where::current())
+{
+    mem::copy(hdr, sizeof *hdr, wire_msg, wire::kMsgHeaderSize, file, w);
+    hdr->usMsgType = wire::to_host16(hdr->usMsgType);
+    hdr->usMsgLen = wire::to_host16(hdr->usMsgLen);
+    hdr->ulMsgId = wire::to_host32(hdr->ulMsgId);
+}
+
+// The encoders' length rule: usMsgLen from 4 to LDP_MAX_MSG_LEN. A length
+// below 4 wraps to a large u16 and fails the same test.
+inline bool encodable_len(const LDP_MsgHeader &hdr)
+{
+    return uint16_t(hdr.usMsgLen - 4u) <= LDP_MAX_MSG_LEN - 4u;
+}
+
+// Room left after w bytes have been written, never below zero.
+inline uint16_t room_after(uint16_t room, uint16_t used)
+{
+    return room > used ? uint16_t(room - used) : uint16_t(0);
+}
+
+} // namespace ldp::msg

@@ -1,0 +1,125 @@
+// Test helpers (see support.hpp).
+#include "support.hpp"
+
+#include <cctype>
+#include <cstdio>
+
+namespace ldptest {
+
+bytes hex(std::string_view text)
+{
+    bytes out;
+    int hi = -1;
+    for (char c : text) {
+        if (std::isxdigit(static_cast<unsigned char>(c)) == 0) {
+            continue;
+        }
+        const int v = std::isdigit(static_cast<unsigned char>(c)) ? c - '0'
+                                                                  : std::tolower(static_cast<unsigned char>(c)) - 'a' + 10;
+        if (hi < 0) {
+            hi = v;
+        } else {
+            out.push_back(uint8_t(hi << 4 | v));
+            hi = -1;
+        }
+    }
+    EXPECT_LT(hi, 0) << "odd number of hex digits in: " << text;
+    return out;
+}
+
+std::string to_hex(const uint8_t *p, size_t n)
+{
+    std::string s;
+    char b[4];
+    for (size_t i = 0; i < n; ++i) {
+        std::snprintf(b, sizeof b, i ? " %02x" : "%02x", p[i]);
+        s += b;
+    }
+    return s;
+}
+
+bool is_documented_code(uint32_t rc)
+{
+    switch (rc) {
+    case LDP_OK:
+    case LDP_ERR_PARAM:
+    case LDP_STATUS_UNKNOWN_MSG_TYPE:
+    case LDP_STATUS_BAD_MSG_LEN:
+    case LDP_STATUS_UNKNOWN_TLV:
+    case LDP_STATUS_BAD_TLV_LEN:
+    case LDP_STATUS_MALFORMED_TLV:
+    case LDP_STATUS_UNKNOWN_FEC:
+    case LDP_STATUS_MISSING_MSG_PARAMS:
+    case LDP_STATUS_UNSUPPORTED_AF:
+    case LDP_STATUS_INTERNAL_ERROR:
+    case LDP_ERR_IGNORE_MSG:
+    case LDP_ERR_NO_MEMORY:
+    case LDP_STOP_WALK:
+        return true;
+    default:
+        return false;
+    }
+}
+
+decoded decode(const bytes &msg, uint32_t buf_len)
+{
+    // An exact-size heap block, so a read past the message is an ASan error.
+    auto buf = std::make_unique<uint8_t[]>(msg.empty() ? 1 : msg.size());
+    if (!msg.empty()) {
+        std::memcpy(buf.get(), msg.data(), msg.size());
+    }
+    decoded d;
+    d.rec = reinterpret_cast<void *>(uintptr_t(0x1)); // must be overwritten
+    d.rc = LDP_Decode(buf.get(), &d.type, &d.rec, buf_len, kModule);
+    return d;
+}
+
+encoded encode(uint32_t type, void *rec)
+{
+    encoded e;
+    uint8_t *buf = reinterpret_cast<uint8_t *>(uintptr_t(0x1));
+    e.rc = LDP_Encode(&buf, type, rec, kModule);
+    if (buf != nullptr) {
+        e.has_buf = true;
+        const auto *hdr = reinterpret_cast<const uint8_t *>(buf);
+        const size_t len = (size_t(hdr[2]) << 8 | hdr[3]) + 4;
+        e.wire.assign(buf, buf + len);
+        EXPECT_EQ(LDP_MemFreeCallBack(buf), 0u);
+    }
+    return e;
+}
+
+void CodecTest::SetUp()
+{
+    testplat::reset();
+    ASSERT_EQ(testplat::live_blocks(), 0u) << "an earlier test leaked";
+}
+
+void CodecTest::TearDown()
+{
+    EXPECT_EQ(testplat::live_blocks(), 0u) << "blocks left allocated";
+    EXPECT_EQ(testplat::bad_frees(), 0u) << "frees of unknown pointers";
+    for (const auto &b : testplat::live_block_list()) {
+        ADD_FAILURE() << "leaked " << b.size << " bytes from " << b.file;
+    }
+    testplat::reset();
+}
+
+void CodecTest::expect_no_assertions()
+{
+    for (const auto &a : testplat::assertions()) {
+        ADD_FAILURE() << "unexpected assertion " << a.file << ":" << a.line << " " << a.text;
+    }
+}
+
+void CodecTest::expect_one_assertion(const char *file, const char *text)
+{
+    const auto &as = testplat::assertions();
+    ASSERT_EQ(as.size(), 1u);
+    EXPECT_EQ(as[0].file, file);
+    if (text != nullptr) {
+        EXPECT_EQ(as[0].text, text);
+    }
+}
+
+} // namespace ldptest

@@ -1,0 +1,122 @@
+// ldpdump: decode LDP messages given as hex and print what the codec makes of
+// them. Each message starts at its message header (no PDU header).
+//
+//   ldpdump 0201000400000001 ...      messages on the command line
+//   ldpdump -f FILE                   one message per line; '#' starts a comment
+#include <cctype>
+#include <cstdio>
+#include <cstring>
+#include <string>
+#include <vector>
+
+#include "ldp_codec.h"
+#include "print.hpp"
+
+namespace {
+
+void usage(std::FILE *out)
+{
+    std::fputs("usage: ldpdump HEX [HEX...]\n"
+               "       ldpdump -f FILE    (one message per line, '#' comments)\n"
+               "Decodes each LDP message (starting at its message header) and prints\n"
+               "its type, the result code and the decoded record.\n",
+               out);
+}
+
+// Hex digits with optional blanks, colons or dashes between them.
+bool parse_hex(const std::string &text, std::vector<uint8_t> &out)
+{
+    out.clear();
+    int hi = -1;
+    for (unsigned char c : text) {
+        if (std::isspace(c) || c == ':' || c == '-') {
+            continue;
+        }
+        if (!std::isxdigit(c)) {
+            return false;
+        }
+        const int v = std::isdigit(c) ? c - '0' : std::tolower(c) - 'a' + 10;
+        if (hi < 0) {
+            hi = v;
+        } else {
+            out.push_back(uint8_t(hi << 4 | v));
+            hi = -1;
+        }
+    }
+    return hi < 0;
+}
+
+// Decode and print one message; returns false if the text is not hex.
+bool dump_one(unsigned index, const std::string &text)
+{
+    std::vector<uint8_t> msg;
+    if (!parse_hex(text, msg)) {
+        std::printf("[%u] not a hex message: %s\n", index, text.c_str());
+        return false;
+    }
+    uint32_t type = 0xFFFFFFFFu;
+    void *rec = nullptr;
+    const uint32_t rc = LDP_Decode(msg.empty() ? reinterpret_cast<const uint8_t *>("") : msg.data(),
+                                   &type, &rec, uint32_t(msg.size()), 0);
+    if (type == 0xFFFFFFFFu) {
+        const unsigned word = msg.size() >= 2 ? unsigned(msg[0]) << 8 | msg[1] : 0;
+        std::printf("[%u] type word 0x%04x (%zu bytes): %s (%u)\n", index, word, msg.size(),
+                    ldpdump::result_name(rc), rc);
+    } else {
+        std::printf("[%u] %s (0x%04x): %s (%u)\n", index, ldpdump::message_name(type), type,
+                    ldpdump::result_name(rc), rc);
+    }
+    if (rec != nullptr) {
+        ldpdump::print_record(stdout, type, rec);
+        LDP_FreeMessage(rec);
+    }
+    return true;
+}
+
+} // namespace
+
+int main(int argc, char **argv)
+{
+    if (argc < 2 || std::strcmp(argv[1], "-h") == 0 || std::strcmp(argv[1], "--help") == 0) {
+        usage(argc < 2 ? stderr : stdout);
+        return argc < 2 ? 2 : 0;
+    }
+    bool all_hex = true;
+    unsigned index = 0;
+    if (std::strcmp(argv[1], "-f") == 0) {
+        if (argc != 3) {
+            usage(stderr);
+            return 2;
+        }
+        std::FILE *in = std::strcmp(argv[2], "-") == 0 ? stdin : std::fopen(argv[2], "r");
+        if (in == nullptr) {
+            std::fprintf(stderr, "ldpdump: cannot open %s\n", argv[2]);
+            return 2;
+        }
+        std::string line;
+        int c;
+        do {
+            c = std::fgetc(in);
+            if (c != EOF && c != '\n') {
+                line.push_back(char(c));
+                continue;
+            }
+            const size_t hash = line.find('#');
+            if (hash != std::string::npos) {
+                line.erase(hash);
+            }
+            if (line.find_first_not_of(" \t\r") != std::string::npos) {
+                all_hex = dump_one(++index, line) && all_hex;
+            }
+            line.clear();
+        } while (c != EOF);
+        if (in != stdin) {
+            std::fclose(in);
+        }
+    } else {
+        for (int i = 1; i < argc; ++i) {
+            all_hex = dump_one(++index, argv[i]) && all_hex;
+        }
+    }
+    return all_hex ? 0 : 1;
+}

@@ -1,0 +1,70 @@
+// Text for result codes, message names and record fields.
+#include "print.hpp"
+
+#include "ldp_codec.h"
+
+namespace ldpdump {
+
+const char *result_name(uint32_t rc)
+{
+    switch (rc) {
+    case LDP_OK: return "LDP_OK";
+    case LDP_ERR_PARAM: return "LDP_ERR_PARAM";
+    case LDP_STATUS_UNKNOWN_MSG_TYPE: return "LDP_STATUS_UNKNOWN_MSG_TYPE";
+    case LDP_STATUS_BAD_MSG_LEN: return "LDP_STATUS_BAD_MSG_LEN";
+    case LDP_STATUS_UNKNOWN_TLV: return "LDP_STATUS_UNKNOWN_TLV";
+    case LDP_STATUS_BAD_TLV_LEN: return "LDP_STATUS_BAD_TLV_LEN";
+    case LDP_STATUS_MALFORMED_TLV: return "LDP_STATUS_MALFORMED_TLV";
+    case LDP_STATUS_UNKNOWN_FEC: return "LDP_STATUS_UNKNOWN_FEC";
+    case LDP_STATUS_MISSING_MSG_PARAMS: return "LDP_STATUS_MISSING_MSG_PARAMS";
+    case LDP_STATUS_UNSUPPORTED_AF: return "LDP_STATUS_UNSUPPORTED_AF";
+    case LDP_STATUS_INTERNAL_ERROR: return "LDP_STATUS_INTERNAL_ERROR";
+    case LDP_ERR_IGNORE_MSG: return "LDP_ERR_IGNORE_MSG";
+    case LDP_ERR_NO_MEMORY: return "LDP_ERR_NO_MEMORY";
+    case LDP_STOP_WALK: return "LDP_STOP_WALK";
+    default: return "unknown result";
+    }
+}
+
+const char *message_name(uint32_t type)
+{
+    switch (type) {
+    case LDP_MSG_NOTIFICATION: return "Notification";
+    case LDP_MSG_HELLO: return "Hello";
+    case LDP_MSG_INIT: return "Initialization";
+    case LDP_MSG_KEEPALIVE: return "KeepAlive";
+    case LDP_MSG_CAPABILITY: return "Capability";
+    case LDP_MSG_ADDRESS: return "Address";
+    case LDP_MSG_ADDRESS_WITHDRAW: return "Address Withdraw";
+    case LDP_MSG_LABEL_MAPPING: return "Label Mapping";
+    case LDP_MSG_LABEL_REQUEST: return "Label Request";
+    case LDP_MSG_LABEL_WITHDRAW: return "Label Withdraw";
+    case LDP_MSG_LABEL_RELEASE: return "Label Release";
+    case LDP_MSG_LABEL_ABORT_REQUEST: return "Label Abort Request";
+    default: return "unknown message";
+    }
+}
+
+namespace {
+
+void print_header(std::FILE *out, const LDP_MsgHeader &h)
+{
+    std::fprintf(out, "    usMsgType 0x%04x%s  usMsgLen %u  ulMsgId %u (0x%08x)\n", h.usMsgType,
+                 (h.usMsgType & LDP_MSG_U_BIT) ? " (U)" : "", h.usMsgLen, h.ulMsgId, h.ulMsgId);
+}
+
+} // namespace
+
+void print_record(std::FILE *out, uint32_t type, const void *rec)
+{
+    const auto *hdr = static_cast<const LDP_MsgHeader *>(rec);
+    print_header(out, *hdr);
+    switch (type) {
+    case LDP_MSG_KEEPALIVE:
+        break; // the header is the whole record
+    default:
+        break;
+    }
+}
+
+} // namespace ldpdump

@@ -62,4 +62,16 @@ private:
     uint16_t pos_;
 };
 
+// Encoders: write a record's TLV header at out (room bytes available, at
+// least 4). The record's header is swapped in place; the length comes back to
+// host order for the caller's bookkeeping, the type stays in network order.
+inline void put_tlv_header(uint8_t *out, uint16_t room, LDP_TlvHeader *hdr, const char *file,
+                           const mem::where w = mem::where::current())
+{
+    hdr->usTlvType = wire::to_net16(hdr->usTlvType);
+    hdr->usTlvLen = wire::to_net16(hdr->usTlvLen);
+    mem::copy(out, room, hdr, wire::kTlvHeaderSize, file, w);
+    hdr->usTlvLen = wire::to_host16(hdr->usTlvLen);
+}
+
 } // namespace ldp

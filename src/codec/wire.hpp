@@ -60,6 +60,16 @@ inline void store32(uint8_t *p, uint32_t v)
     std::memcpy(p, &v, sizeof v);
 }
 
+// A host-order u32 at any address (owned arrays may sit at odd addresses).
+inline uint32_t load_host32(const void *p)
+{
+    uint32_t v;
+    std::memcpy(&v, p, sizeof v);
+    return v;
+}
+
+inline void store_host32(void *p, uint32_t v) { std::memcpy(p, &v, sizeof v); }
+
 // Wire layout of the message header: type word, length, message ID.
 inline constexpr uint16_t kMsgHeaderSize = 8;
 inline constexpr uint16_t kTlvHeaderSize = 4;

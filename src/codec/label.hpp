@@ -1,0 +1,19 @@
+// Pieces of the label TLV family that the label messages (and the
+// Notification) use inline rather than through an exported function.
+#pragma once
+
+#include <cstdint>
+
+#include "ldp_codec.h"
+
+namespace ldp::label {
+
+// Decode a Generic Label value into lbl, whose header the caller has stored:
+// the length must be 4 (else LDP_STATUS_MALFORMED_TLV), the label keeps its
+// low 20 bits.
+uint32_t decode_generic_label(const uint8_t *value, LDP_LabelTlv *lbl);
+
+// Release every kept unknown TLV and leave the list empty.
+void free_unknown_tlvs(SLL_List *unknown);
+
+} // namespace ldp::label

@@ -7,7 +7,9 @@ namespace {
 
 constexpr msg_ops kTable[] = {
     {LDP_MSG_NOTIFICATION, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
-    {LDP_MSG_HELLO, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_HELLO, sizeof(LDP_HelloMsg), 0, {}, LDP_PreParseHelloMsg,
+     decode_as<LDP_HelloMsg, LDP_DecodeHelloMsg>, encode_as<LDP_HelloMsg, LDP_EncodeHelloMsg>,
+     nullptr},
     {LDP_MSG_INIT, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
     {LDP_MSG_KEEPALIVE, sizeof(LDP_KeepAliveMsg), 0, {}, LDP_PreParseKeepAliveMsg,
      decode_as<LDP_KeepAliveMsg, LDP_DecodeKeepAliveMsg>,

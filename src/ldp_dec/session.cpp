@@ -173,24 +173,10 @@ uint32_t walk_hello(const uint8_t *msg, uint16_t msg_len, LDP_HelloMsg *rec, uin
     if (!cur.has_header()) {
         return LDP_STATUS_BAD_TLV_LEN;
     }
-    for (;;) {
-        const LDP_TlvHeader tlv = cur.header(srcfile::dec);
-        if (!cur.value_fits(tlv.usTlvLen)) {
-            return LDP_STATUS_BAD_TLV_LEN;
-        }
-        // A repeated TLV is decoded again and replaces the earlier one.
-        const uint32_t rc = rec != nullptr ? decode_hello_opt(cur, tlv, rec) : check_hello_opt(tlv);
-        if (rc != LDP_OK) {
-            return rc;
-        }
-        cur.advance(tlv.usTlvLen);
-        if (cur.at_or_past_end()) {
-            return cur.at_end() ? LDP_OK : LDP_STATUS_BAD_MSG_LEN;
-        }
-        if (!cur.has_header()) {
-            return LDP_STATUS_BAD_TLV_LEN;
-        }
-    }
+    // A repeated TLV is decoded again and replaces the earlier one.
+    return walk_rest(cur, srcfile::dec, [&](const LDP_TlvHeader &tlv) {
+        return rec != nullptr ? decode_hello_opt(cur, tlv, rec) : check_hello_opt(tlv);
+    });
 }
 
 } // namespace

@@ -84,19 +84,14 @@ extern "C" LDP_API uint32_t LDP_EncodeCommHelloParamTlv(uint8_t *pucBuf,
     if (pucBuf == nullptr || pstCommHello == nullptr) {
         return LDP_ERR_PARAM;
     }
-    if (usRoom < wire::kTlvHeaderSize) {
-        return mem::no_room(srcfile::enc);
+    if (tlv_out::begin(pucBuf, usRoom, &pstCommHello->stCommHelloTlv, srcfile::enc) != LDP_OK) {
+        return LDP_ERR_PARAM;
     }
-    tlv_out::header(pucBuf, usRoom, &pstCommHello->stCommHelloTlv, srcfile::enc);
     pstCommHello->usHoldTime = wire::to_net16(pstCommHello->usHoldTime);
     pstCommHello->usHelloFlags = wire::to_net16(pstCommHello->usHelloFlags);
-    const uint16_t left = uint16_t(usRoom - wire::kTlvHeaderSize);
-    if (left < 4) {
-        return mem::no_room(srcfile::enc);
-    }
     // Hold time and flags sit side by side in the record, now in wire order.
     const auto *value = reinterpret_cast<const uint8_t *>(pstCommHello) +
                         offsetof(LDP_CommHelloParamTlv, usHoldTime);
-    mem::copy(pucBuf + wire::kTlvHeaderSize, left, value, 4, srcfile::enc);
-    return LDP_OK;
+    return tlv_out::put(pucBuf + wire::kTlvHeaderSize, uint16_t(usRoom - wire::kTlvHeaderSize), value, 4,
+                        srcfile::enc);
 }

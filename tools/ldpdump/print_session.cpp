@@ -52,6 +52,45 @@ void print_hello(std::FILE *out, const LDP_HelloMsg &h)
     }
 }
 
+void print_caps(std::FILE *out, const SLL_List &caps)
+{
+    std::fprintf(out, "    stCapList: %u element(s)\n", caps.ulCount);
+    const SLL_Node *head = &caps.stHead;
+    for (const SLL_Node *n = caps.stHead.pNext; n != nullptr && n != head; n = n->pNext) {
+        const auto *cap = reinterpret_cast<const LDP_CapabilityParam *>(n);
+        print_tlv(out, "Capability Parameter", cap->stTlvHeader);
+        std::fprintf(out, "      ucSByte 0x%02x%s", cap->ucSByte, (cap->ucSByte & LDP_CAP_S_BIT) ? " S" : "");
+        if (cap->pucCapData != nullptr && cap->stTlvHeader.usTlvLen > 1) {
+            std::fprintf(out, "  pucCapData");
+            for (unsigned i = 0; i + 1u < cap->stTlvHeader.usTlvLen; ++i) {
+                std::fprintf(out, " %02x", cap->pucCapData[i]);
+            }
+        }
+        std::fprintf(out, "\n");
+    }
+}
+
+void print_init(std::FILE *out, const LDP_InitMsg &m)
+{
+    const LDP_CommSessParamTlv &cs = m.stCommSess;
+    print_tlv(out, "Common Session Parameters", cs.stTlvHeader);
+    const uint16_t adpv = cs.usAdPvLim;
+    std::fprintf(out, "      usProtocolVersion %u  usKeepAliveTime %u  usAdPvLim 0x%04x (%s%s PVLim %u)\n",
+                 cs.usProtocolVersion, cs.usKeepAliveTime, adpv, (adpv & 0x8000u) ? "A=DoD" : "A=DU",
+                 (adpv & 0x4000u) ? " D" : "", adpv & 0xFFu);
+    const uint32_t lsr = cs.ulReceiverLsrId;
+    std::fprintf(out, "      usMaxPduLen %u  receiver LDP id %u.%u.%u.%u:%u\n", cs.usMaxPduLen, lsr >> 24,
+                 (lsr >> 16) & 0xFFu, (lsr >> 8) & 0xFFu, lsr & 0xFFu, cs.usReceiverLabelSpace);
+    std::fprintf(out, "    ucOptFlags 0x%02x  ucOptFlags2 0x%02x\n", m.ucOptFlags, m.ucOptFlags2);
+    if (m.ucOptFlags & LDP_INIT_OPT_FT_SESS) {
+        const LDP_FtSessParamTlv &ft = m.stFtSess;
+        print_tlv(out, "FT Session", ft.stTlvHeader);
+        std::fprintf(out, "      usFtFlags 0x%04x  ulFtReconnectTimeout %u ms  ulFtRecoveryTime %u ms\n",
+                     ft.usFtFlags, ft.ulFtReconnectTimeout, ft.ulFtRecoveryTime);
+    }
+    print_caps(out, m.stCapList);
+}
+
 } // namespace
 
 void print_session_record(std::FILE *out, uint32_t type, const void *rec)
@@ -59,6 +98,9 @@ void print_session_record(std::FILE *out, uint32_t type, const void *rec)
     switch (type) {
     case LDP_MSG_HELLO:
         print_hello(out, *static_cast<const LDP_HelloMsg *>(rec));
+        break;
+    case LDP_MSG_INIT:
+        print_init(out, *static_cast<const LDP_InitMsg *>(rec));
         break;
     default:
         break;

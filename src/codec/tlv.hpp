@@ -62,16 +62,32 @@ private:
     uint16_t pos_;
 };
 
-// Encoders: write a record's TLV header at out (room bytes available, at
-// least 4). The record's header is swapped in place; the length comes back to
-// host order for the caller's bookkeeping, the type stays in network order.
-inline void put_tlv_header(uint8_t *out, uint16_t room, LDP_TlvHeader *hdr, const char *file,
-                           const mem::where w = mem::where::current())
+// The part every message walk shares once its own opening checks are done
+// and a TLV header is known to fit at the cursor: each TLV's value must end
+// inside the message (7) before fn(header) sees it; a nonzero code from fn
+// ends the walk; after each TLV the walk ends when the message is used up
+// (0 exactly at the end, 5 past it) and otherwise needs room for another
+// header (7). The message's own rules live in fn.
+template <class Fn>
+uint32_t walk_rest(tlv_cursor &cur, const char *file, Fn fn)
 {
-    hdr->usTlvType = wire::to_net16(hdr->usTlvType);
-    hdr->usTlvLen = wire::to_net16(hdr->usTlvLen);
-    mem::copy(out, room, hdr, wire::kTlvHeaderSize, file, w);
-    hdr->usTlvLen = wire::to_host16(hdr->usTlvLen);
+    for (;;) {
+        const LDP_TlvHeader tlv = cur.header(file);
+        if (!cur.value_fits(tlv.usTlvLen)) {
+            return LDP_STATUS_BAD_TLV_LEN;
+        }
+        const uint32_t rc = fn(tlv);
+        if (rc != LDP_OK) {
+            return rc;
+        }
+        cur.advance(tlv.usTlvLen);
+        if (cur.at_or_past_end()) {
+            return cur.at_end() ? LDP_OK : LDP_STATUS_BAD_MSG_LEN;
+        }
+        if (!cur.has_header()) {
+            return LDP_STATUS_BAD_TLV_LEN;
+        }
+    }
 }
 
 } // namespace ldp

@@ -7,7 +7,7 @@
 #include "../codec/mem.hpp"
 #include "../codec/msg.hpp"
 #include "../codec/srcfile.hpp"
-#include "../codec/tlv.hpp"
+#include "../codec/tlv_out.hpp"
 #include "../codec/wire.hpp"
 #include "ldp_codec.h"
 
@@ -34,7 +34,7 @@ uint32_t encode_lspid(uint8_t *out, LDP_LspIdTlv *rec, uint16_t room)
     if (room < wire::kTlvHeaderSize) {
         return mem::no_room(srcfile::enc);
     }
-    put_tlv_header(out, room, &rec->stTlvHeader, srcfile::enc);
+    tlv_out::header(out, room, &rec->stTlvHeader, srcfile::enc);
     rec->usReserved = wire::to_net16(rec->usReserved);
     rec->usLocalCrLspId = wire::to_net16(rec->usLocalCrLspId);
     rec->ulIngressLsrId = wire::to_net32(rec->ulIngressLsrId);
@@ -50,7 +50,7 @@ uint32_t encode_lspid(uint8_t *out, LDP_LspIdTlv *rec, uint16_t room)
 // IPv4, IPv6 and AS hops: header, then the body in network order.
 void put_hop(uint8_t *out, uint16_t room, LDP_ErHop *hop)
 {
-    put_tlv_header(out, room, &hop->stTlvHeader, srcfile::enc);
+    tlv_out::header(out, room, &hop->stTlvHeader, srcfile::enc);
     uint8_t *body = out + wire::kTlvHeaderSize;
     LDP_ErHopBody &b = hop->unHopBody;
     switch (hop->usHopKind) {
@@ -90,7 +90,7 @@ extern "C" LDP_API uint32_t LDP_EncodeLabelTlv(uint8_t *pucBuf, LDP_LabelTlv *ps
     if (usRoom < wire::kTlvHeaderSize) {
         return mem::no_room(srcfile::enc);
     }
-    put_tlv_header(pucBuf, usRoom, &pstLabel->stTlvHeader, srcfile::enc);
+    tlv_out::header(pucBuf, usRoom, &pstLabel->stTlvHeader, srcfile::enc);
     if (kind == LDP_TLV_ATM_LABEL) {
         pstLabel->usVpi = wire::to_net16(pstLabel->usVpi);
         pstLabel->usVci = wire::to_net16(pstLabel->usVci);
@@ -114,7 +114,7 @@ extern "C" LDP_API uint32_t LDP_EncodePathVectorTlv(uint8_t *pucBuf, LDP_PathVec
     if (pucBuf == nullptr || pstPathVector == nullptr || usRoom < wire::kTlvHeaderSize) {
         return mem::no_room(srcfile::enc);
     }
-    put_tlv_header(pucBuf, usRoom, &pstPathVector->stTlvHeader, srcfile::enc);
+    tlv_out::header(pucBuf, usRoom, &pstPathVector->stTlvHeader, srcfile::enc);
     const uint16_t count = pstPathVector->usLsrIdCount;
     if (count == 0) {
         return LDP_OK;
@@ -167,7 +167,7 @@ extern "C" LDP_API uint32_t LDP_EncodeTrafficTlv(uint8_t *pucBuf, LDP_TrafficTlv
     if (usRoom < wire::kTlvHeaderSize) {
         return mem::no_room(srcfile::enc);
     }
-    put_tlv_header(pucBuf, usRoom, &pstTraffic->stTlvHeader, srcfile::enc);
+    tlv_out::header(pucBuf, usRoom, &pstTraffic->stTlvHeader, srcfile::enc);
     pstTraffic->ulPdr = wire::to_net32(pstTraffic->ulPdr);
     pstTraffic->ulPbs = wire::to_net32(pstTraffic->ulPbs);
     pstTraffic->ulCdr = wire::to_net32(pstTraffic->ulCdr);
@@ -190,7 +190,7 @@ extern "C" LDP_API uint32_t LDP_EncodeERTlv(uint8_t *pucBuf, LDP_ErTlv *pstEr, u
     if (usRoom < wire::kTlvHeaderSize) {
         return mem::no_room(srcfile::enc);
     }
-    put_tlv_header(pucBuf, usRoom, &pstEr->stTlvHeader, srcfile::enc);
+    tlv_out::header(pucBuf, usRoom, &pstEr->stTlvHeader, srcfile::enc);
     SLL_List *hops = &pstEr->stHopList;
     if (hops->ulCount == 0) {
         return LDP_ERR_PARAM; // an ER TLV needs at least one hop; its header is already out

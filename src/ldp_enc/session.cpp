@@ -1,4 +1,5 @@
-// Encoding of the session messages: KeepAlive and Hello.
+// Encoding of the session messages: KeepAlive, Hello and Capability, and
+// release of the Capability record (Initialization has its own file).
 #include <cstddef>
 #include <cstdint>
 
@@ -7,6 +8,7 @@
 #include "../codec/srcfile.hpp"
 #include "../codec/tlv_out.hpp"
 #include "../codec/wire.hpp"
+#include "capability.hpp"
 #include "ldp_codec.h"
 
 using namespace ldp;
@@ -94,4 +96,26 @@ extern "C" LDP_API uint32_t LDP_EncodeCommHelloParamTlv(uint8_t *pucBuf,
                         offsetof(LDP_CommHelloParamTlv, usHoldTime);
     return tlv_out::put(pucBuf + wire::kTlvHeaderSize, uint16_t(usRoom - wire::kTlvHeaderSize), value, 4,
                         srcfile::enc);
+}
+
+// ---------------------------------------------------------------- Capability
+
+extern "C" LDP_API uint32_t LDP_EncodeCapabilityMsg(uint8_t *pucBuf, LDP_CapabilityMsg *pMsgRecord,
+                                                    uint32_t ulMemModuleId, uint16_t usRoom)
+{
+    if (msg::begin_encode(pucBuf, pMsgRecord, ulMemModuleId, usRoom) != LDP_OK) {
+        return LDP_ERR_PARAM;
+    }
+    // An empty list leaves the header alone in the message.
+    return caps::encode_list(pucBuf + wire::kMsgHeaderSize, &pMsgRecord->stCapList, ulMemModuleId,
+                             msg::room_after(usRoom, wire::kMsgHeaderSize));
+}
+
+extern "C" LDP_API void LDP_FreeCapabilityMsg(LDP_CapabilityMsg *pMsgRecord)
+{
+    if (pMsgRecord == nullptr ||
+        (pMsgRecord->stMsgHeader.usMsgType & LDP_MSG_TYPE_MASK) != LDP_MSG_CAPABILITY) {
+        return;
+    }
+    caps::release_list(&pMsgRecord->stCapList);
 }

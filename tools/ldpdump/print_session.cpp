@@ -102,6 +102,12 @@ void print_session_record(std::FILE *out, uint32_t type, const void *rec)
     case LDP_MSG_INIT:
         print_init(out, *static_cast<const LDP_InitMsg *>(rec));
         break;
+    case LDP_MSG_CAPABILITY: {
+        const auto &m = *static_cast<const LDP_CapabilityMsg *>(rec);
+        std::fprintf(out, "    ulCapFlags 0x%08x\n", m.ulCapFlags);
+        print_caps(out, m.stCapList);
+        break;
+    }
     default:
         break;
     }

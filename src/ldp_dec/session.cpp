@@ -1,5 +1,6 @@
 // Pre-parse and decode of the session messages: KeepAlive, Hello and
 // Capability (Initialization has its own file).
+#include <cstddef>
 #include <cstdint>
 
 #include "../codec/mem.hpp"
@@ -73,6 +74,12 @@ namespace {
 
 constexpr uint16_t kHelloMinLen = 12;      // message ID plus the 8-byte Common Hello TLV
 constexpr uint16_t kCommHelloValueLen = 4; // hold time and flags
+
+// LDP_CommHelloParamTlv must lie exactly over the record's run of fields.
+static_assert(offsetof(LDP_HelloMsg, usHelloFlags) - offsetof(LDP_HelloMsg, stCommHelloTlv) ==
+                  offsetof(LDP_CommHelloParamTlv, usHelloFlags) &&
+              sizeof(LDP_CommHelloParamTlv) == offsetof(LDP_HelloMsg, stIpv4TransTlv) -
+                                                   offsetof(LDP_HelloMsg, stCommHelloTlv));
 
 // Value length each optional Hello TLV must have; 0 for a type Hello skips.
 uint16_t hello_value_len(uint16_t masked_type)

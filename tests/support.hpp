@@ -50,6 +50,26 @@ T *new_record()
     return rec;
 }
 
+// An empty list as LDP_Decode prepares one: first and last at the head.
+inline void make_empty(SLL_List *list)
+{
+    list->stHead.pNext = &list->stHead;
+    list->stHead.ulHandle = 0;
+    list->pTail = &list->stHead;
+    list->ulCount = 0;
+}
+
+inline bool is_empty(const SLL_List &list)
+{
+    return list.stHead.pNext == &list.stHead && list.pTail == &list.stHead && list.ulCount == 0;
+}
+
+// Append an element (whose SLL_Node comes first) through the platform list service.
+inline void append(SLL_List *list, SLL_Node *node)
+{
+    SLL_Insert_In_Middle(list, list->pTail, node, &list->stHead);
+}
+
 struct encoded {
     uint32_t rc = 0;
     bytes wire;

@@ -28,6 +28,23 @@ inline bool encodable_len(const LDP_MsgHeader &hdr)
     return uint16_t(hdr.usMsgLen - 4u) <= LDP_MAX_MSG_LEN - 4u;
 }
 
+// The opening every message encoder shares: both pointers given, a length
+// the encoders accept (no assertion otherwise), then the 8-byte header.
+// Any failure is LDP_ERR_PARAM.
+inline uint32_t begin_encode(uint8_t *buf, void *rec, uint32_t module, uint16_t room)
+{
+    if (buf == nullptr || rec == nullptr) {
+        return LDP_ERR_PARAM;
+    }
+    if (!encodable_len(*static_cast<const LDP_MsgHeader *>(rec))) {
+        return LDP_ERR_PARAM;
+    }
+    if (LDP_EncodeMsgHeader(buf, rec, module, room) != LDP_OK) {
+        return LDP_ERR_PARAM;
+    }
+    return LDP_OK;
+}
+
 // Room left after w bytes have been written, never below zero.
 inline uint16_t room_after(uint16_t room, uint16_t used)
 {

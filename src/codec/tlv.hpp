@@ -62,4 +62,32 @@ private:
     uint16_t pos_;
 };
 
+// The part every message walk shares once its own opening checks are done
+// and a TLV header is known to fit at the cursor: each TLV's value must end
+// inside the message (7) before fn(header) sees it; a nonzero code from fn
+// ends the walk; after each TLV the walk ends when the message is used up
+// (0 exactly at the end, 5 past it) and otherwise needs room for another
+// header (7). The message's own rules live in fn.
+template <class Fn>
+uint32_t walk_rest(tlv_cursor &cur, const char *file, Fn fn)
+{
+    for (;;) {
+        const LDP_TlvHeader tlv = cur.header(file);
+        if (!cur.value_fits(tlv.usTlvLen)) {
+            return LDP_STATUS_BAD_TLV_LEN;
+        }
+        const uint32_t rc = fn(tlv);
+        if (rc != LDP_OK) {
+            return rc;
+        }
+        cur.advance(tlv.usTlvLen);
+        if (cur.at_or_past_end()) {
+            return cur.at_end() ? LDP_OK : LDP_STATUS_BAD_MSG_LEN;
+        }
+        if (!cur.has_header()) {
+            return LDP_STATUS_BAD_TLV_LEN;
+        }
+    }
+}
+
 } // namespace ldp

@@ -62,6 +62,11 @@ void print_record(std::FILE *out, uint32_t type, const void *rec)
     switch (type) {
     case LDP_MSG_KEEPALIVE:
         break; // the header is the whole record
+    case LDP_MSG_HELLO:
+    case LDP_MSG_INIT:
+    case LDP_MSG_CAPABILITY:
+        print_session_record(out, type, rec);
+        break;
     default:
         break;
     }

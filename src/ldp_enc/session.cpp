@@ -26,7 +26,7 @@ extern "C" LDP_API uint32_t LDP_EncodeKeepAliveMsg(uint8_t *pucBuf, LDP_KeepAliv
 namespace {
 
 // One optional Hello TLV: its presence flag, the header as the record holds
-// it, and the value in wire order with the size its type defines (written
+// it, and the record's value with the size its type defines (written
 // whatever usTlvLen says).
 struct hello_opt {
     uint8_t flag;
@@ -51,12 +51,10 @@ extern "C" LDP_API uint32_t LDP_EncodeHelloMsg(uint8_t *pucBuf, LDP_HelloMsg *pM
     }
 
     // The optional TLVs go out in this fixed order, whatever order they came in.
-    const uint32_t addr = wire::to_net32(pMsgRecord->ulIpv4TransAddr);
-    const uint32_t seq = wire::to_net32(pMsgRecord->ulConfSeqNum);
     const hello_opt opts[] = {
-        {LDP_HELLO_OPT_IPV4_TRANS, &pMsgRecord->stIpv4TransTlv, &addr, 4},
+        {LDP_HELLO_OPT_IPV4_TRANS, &pMsgRecord->stIpv4TransTlv, &pMsgRecord->ulIpv4TransAddr, 4},
         {LDP_HELLO_OPT_IPV6_TRANS, &pMsgRecord->stIpv6TransTlv, pMsgRecord->aucIpv6TransAddr, 16},
-        {LDP_HELLO_OPT_CONF_SEQ, &pMsgRecord->stConfSeqTlv, &seq, 4},
+        {LDP_HELLO_OPT_CONF_SEQ, &pMsgRecord->stConfSeqTlv, &pMsgRecord->ulConfSeqNum, 4},
         {LDP_HELLO_OPT_PRIV_3E0A, &pMsgRecord->stPrivHelloTlv, pMsgRecord->aucPrivHelloValue, 2},
     };
     uint8_t *at = pucBuf + 16;
@@ -70,6 +68,12 @@ extern "C" LDP_API uint32_t LDP_EncodeHelloMsg(uint8_t *pucBuf, LDP_HelloMsg *pM
             return mem::no_room(srcfile::enc);
         }
         tlv_out::header(at, room, opt.tlv, srcfile::enc);
+        // The 32-bit values are swapped in the record itself, which encoding consumes.
+        if (opt.flag == LDP_HELLO_OPT_IPV4_TRANS) {
+            pMsgRecord->ulIpv4TransAddr = wire::to_net32(pMsgRecord->ulIpv4TransAddr);
+        } else if (opt.flag == LDP_HELLO_OPT_CONF_SEQ) {
+            pMsgRecord->ulConfSeqNum = wire::to_net32(pMsgRecord->ulConfSeqNum);
+        }
         mem::copy(at + wire::kTlvHeaderSize, room - wire::kTlvHeaderSize, opt.value, opt.value_size,
                   srcfile::enc);
         at += size;

@@ -1,12 +1,15 @@
 #!/usr/bin/env bash
 # Set-up, build and run for ldpcodec on Debian (run as root on a fresh machine).
 #   ./build.sh sample   install what is missing, build, decode samples/ with ldpdump
-#   ./build.sh test     install what is missing, then GCC, Clang and ASan+UBSan
-#                       builds (warnings are errors), each running the whole suite
+#   ./build.sh test     install what is missing, then four builds, warnings as
+#                       errors, each running the whole suite: GCC; Clang with
+#                       ASan+UBSan and a short fuzz run; GCC with ASan+UBSan;
+#                       32-bit ARM cross-built and run under qemu
 set -euo pipefail
 cd "$(dirname "$0")"
 
-PACKAGES=(cmake ninja-build g++ clang binutils libgtest-dev libgmock-dev libbenchmark-dev)
+PACKAGES=(cmake ninja-build g++ clang binutils libgtest-dev libgmock-dev libbenchmark-dev
+          googletest g++-arm-linux-gnueabihf qemu-user)
 
 install_missing() {
     local missing=()
@@ -46,10 +49,15 @@ test)
     install_missing
     build gcc gcc g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON
     run_tests gcc
-    build clang clang clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON
+    # Clang with ASan+UBSan, plus a short libFuzzer run on LDP_Decode/LDP_Encode.
+    build clang clang clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON \
+        -DLDP_SANITIZE=ON -DLDP_BUILD_FUZZ=ON -DLDP_BUILD_BENCH=OFF
     run_tests clang
     build sanitize gcc g++ -DCMAKE_BUILD_TYPE=Debug -DLDP_WERROR=ON -DLDP_SANITIZE=ON -DLDP_BUILD_BENCH=OFF
     ASAN_OPTIONS=detect_leaks=1:strict_string_checks=1 UBSAN_OPTIONS=print_stacktrace=1 run_tests sanitize
+    build arm32 arm-linux-gnueabihf-gcc arm-linux-gnueabihf-g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DLDP_WERROR=ON -DLDP_BUILD_BENCH=OFF -DCMAKE_TOOLCHAIN_FILE=cmake/arm-linux-gnueabihf.cmake
+    run_tests arm32
     ;;
 *)
     echo "usage: $0 sample|test" >&2

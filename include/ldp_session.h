@@ -175,6 +175,26 @@ LDP_API uint32_t LDP_DecodeKeepAliveMsg(const uint8_t *pucMsg, LDP_KeepAliveMsg 
 LDP_API uint32_t LDP_EncodeKeepAliveMsg(uint8_t *pucBuf, LDP_KeepAliveMsg *pMsgRecord,
                                         uint32_t ulMemModuleId, uint16_t usRoom);
 
+/* Capability (0x0202, RFC 5561). Only Make-Before-Break capabilities (RFC
+ * 6388) are kept, each as an element of stCapList; Dynamic Capability
+ * Announcement TLVs are accepted and dropped. */
+#define LDP_CAPMSG_MBB_ANNOUNCED 0x01u /* ulCapFlags: a kept capability had its S bit set */
+
+typedef struct LDP_CapabilityMsg {
+    LDP_MsgHeader stMsgHeader;
+    SLL_List stCapList;            /* LDP_CapabilityParam, in wire order */
+    uint32_t ulCapFlags;           /* LDP_CAPMSG_* */
+} __attribute__((packed)) LDP_CapabilityMsg;
+
+LDP_API uint32_t LDP_PreParseCapabilityMsg(const uint8_t *pucMsg);
+LDP_API uint32_t LDP_DecodeCapabilityMsg(const uint8_t *pucMsg, LDP_CapabilityMsg *pMsgRecord,
+                                         uint32_t ulMemModuleId);
+/* Writes every element of stCapList, whatever capability it names. */
+LDP_API uint32_t LDP_EncodeCapabilityMsg(uint8_t *pucBuf, LDP_CapabilityMsg *pMsgRecord,
+                                         uint32_t ulMemModuleId, uint16_t usRoom);
+/* Releases the elements, not the record; nothing unless it is a Capability message. */
+LDP_API void LDP_FreeCapabilityMsg(LDP_CapabilityMsg *pMsgRecord);
+
 #ifdef __cplusplus
 }
 #endif

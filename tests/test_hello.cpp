@@ -330,5 +330,22 @@ TEST_F(HelloTest, CommonHelloEncoderLeavesTypeAndValueInWireOrder)
     expect_one_assertion("ldp_enc");
 }
 
+TEST_F(HelloTest, EncodingConsumesTheRecord)
+{
+    // After encoding, the record's TLV types and values read in network order;
+    // only the TLV lengths come back in host order.
+    LDP_HelloMsg *rec = hello_record(12 + 8 + 20 + 8 + 6, 0x0f);
+    uint8_t buf[12 + 8 + 20 + 8 + 6 + 4] = {};
+    ASSERT_EQ(LDP_EncodeHelloMsg(buf, rec, 0, sizeof buf), LDP_OK);
+    EXPECT_EQ(rec->ulIpv4TransAddr, 0x0100000au);
+    EXPECT_EQ(rec->ulConfSeqNum, 0x04030201u);
+    EXPECT_EQ(rec->usHoldTime, 0x0f00);
+    EXPECT_EQ(rec->stIpv4TransTlv.usTlvType, 0x0104);
+    EXPECT_EQ(rec->stIpv4TransTlv.usTlvLen, 4);
+    EXPECT_EQ(rec->stConfSeqTlv.usTlvType, 0x0204);
+    EXPECT_EQ(rec->stPrivHelloTlv.usTlvLen, 2);
+    LDP_FreeMessage(rec);
+}
+
 } // namespace
 } // namespace ldptest

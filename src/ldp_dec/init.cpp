@@ -11,6 +11,7 @@
 #include "../codec/tlv.hpp"
 #include "../codec/wire.hpp"
 #include "capability.hpp"
+#include "record_walk.hpp"
 #include "ldp_codec.h"
 
 using namespace ldp;
@@ -151,23 +152,13 @@ uint32_t ldp::caps::decode_into(const uint8_t *value, const LDP_TlvHeader &tlv, 
 
 extern "C" LDP_API uint32_t LDP_PreParseInitMsg(const uint8_t *pucMsg)
 {
-    if (pucMsg == nullptr) {
-        return LDP_ERR_PARAM;
-    }
-    LDP_MsgHeader hdr = {};
-    msg::read_header(pucMsg, &hdr, srcfile::dec);
-    return walk_init(pucMsg, hdr.usMsgLen, nullptr, 0);
+    return dec::pre_parse<LDP_InitMsg>(pucMsg, walk_init);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeInitMsg(const uint8_t *pucMsg, LDP_InitMsg *pMsgRecord,
                                               uint32_t ulMemModuleId)
 {
-    if (pucMsg == nullptr || pMsgRecord == nullptr) {
-        return LDP_ERR_PARAM;
-    }
-    msg::read_header(pucMsg, &pMsgRecord->stMsgHeader, srcfile::dec);
-    // On failure the record keeps what was filled so far; LDP_Decode frees it.
-    return walk_init(pucMsg, pMsgRecord->stMsgHeader.usMsgLen, pMsgRecord, ulMemModuleId);
+    return dec::decode(pucMsg, pMsgRecord, ulMemModuleId, walk_init);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeCommSessParamTlv(const uint8_t *pucValue,

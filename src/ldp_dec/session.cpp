@@ -1,10 +1,15 @@
-// Pre-parse and decode of the session messages: KeepAlive and Hello.
+// Pre-parse and decode of the session messages: KeepAlive, Hello and
+// Capability (Initialization has its own file).
+#include <cstddef>
 #include <cstdint>
 
 #include "../codec/mem.hpp"
 #include "../codec/msg.hpp"
 #include "../codec/srcfile.hpp"
 #include "../codec/tlv.hpp"
+#include "capability.hpp"
+#include "record_walk.hpp"
+#include "record_walk.hpp"
 #include "ldp_codec.h"
 
 using namespace ldp;
@@ -69,6 +74,12 @@ namespace {
 
 constexpr uint16_t kHelloMinLen = 12;      // message ID plus the 8-byte Common Hello TLV
 constexpr uint16_t kCommHelloValueLen = 4; // hold time and flags
+
+// LDP_CommHelloParamTlv must lie exactly over the record's run of fields.
+static_assert(offsetof(LDP_HelloMsg, usHelloFlags) - offsetof(LDP_HelloMsg, stCommHelloTlv) ==
+                  offsetof(LDP_CommHelloParamTlv, usHelloFlags) &&
+              sizeof(LDP_CommHelloParamTlv) == offsetof(LDP_HelloMsg, stIpv4TransTlv) -
+                                                   offsetof(LDP_HelloMsg, stCommHelloTlv));
 
 // Value length each optional Hello TLV must have; 0 for a type Hello skips.
 uint16_t hello_value_len(uint16_t masked_type)
@@ -183,22 +194,13 @@ uint32_t walk_hello(const uint8_t *msg, uint16_t msg_len, LDP_HelloMsg *rec, uin
 
 extern "C" LDP_API uint32_t LDP_PreParseHelloMsg(const uint8_t *pucMsg)
 {
-    if (pucMsg == nullptr) {
-        return LDP_ERR_PARAM;
-    }
-    LDP_MsgHeader hdr = {};
-    msg::read_header(pucMsg, &hdr, srcfile::dec);
-    return walk_hello(pucMsg, hdr.usMsgLen, nullptr, 0);
+    return dec::pre_parse<LDP_HelloMsg>(pucMsg, walk_hello);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeHelloMsg(const uint8_t *pucMsg, LDP_HelloMsg *pMsgRecord,
                                                uint32_t ulMemModuleId)
 {
-    if (pucMsg == nullptr || pMsgRecord == nullptr) {
-        return LDP_ERR_PARAM;
-    }
-    msg::read_header(pucMsg, &pMsgRecord->stMsgHeader, srcfile::dec);
-    return walk_hello(pucMsg, pMsgRecord->stMsgHeader.usMsgLen, pMsgRecord, ulMemModuleId);
+    return dec::decode(pucMsg, pMsgRecord, ulMemModuleId, walk_hello);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeCommHelloParamTlv(const uint8_t *pucValue,
@@ -215,4 +217,59 @@ extern "C" LDP_API uint32_t LDP_DecodeCommHelloParamTlv(const uint8_t *pucValue,
     pstCommHello->usHoldTime = wire::load16(pucValue);
     pstCommHello->usHelloFlags = wire::load16(pucValue + 2);
     return LDP_OK;
+}
+
+// ---------------------------------------------------------------- Capability
+
+namespace {
+
+// Pre-parse and decoder share this walk; rec is null for the pre-parse.
+uint32_t walk_capability(const uint8_t *msg, uint16_t msg_len, LDP_CapabilityMsg *rec, uint32_t module)
+{
+    if (msg_len < 4) {
+        return LDP_STATUS_MISSING_MSG_PARAMS;
+    }
+    if (msg_len == 4) {
+        return LDP_OK; // a Capability message may carry no TLV at all
+    }
+    tlv_cursor cur(msg, msg_len);
+    if (!cur.has_header()) {
+        return LDP_STATUS_BAD_TLV_LEN;
+    }
+    return walk_rest(cur, srcfile::dec, [&](const LDP_TlvHeader &tlv) -> uint32_t {
+        const uint16_t type = tlv.usTlvType & LDP_TLV_TYPE_MASK;
+        if (type == LDP_TLV_DYNAMIC_CAP) {
+            return LDP_OK;
+        }
+        if (type != LDP_TLV_MBB_CAP) {
+            return (tlv.usTlvType & LDP_TLV_U_BIT) ? LDP_OK : LDP_STATUS_UNKNOWN_TLV;
+        }
+        // A Make-Before-Break value other than the single S byte counts as a
+        // length error here (7), not as malformed.
+        if (tlv.usTlvLen != 1) {
+            return LDP_STATUS_BAD_TLV_LEN;
+        }
+        if (rec == nullptr) {
+            return LDP_OK;
+        }
+        uint8_t s_byte = 0;
+        const uint32_t rc = caps::decode_into(cur.value(), tlv, &rec->stCapList, module, &s_byte);
+        if (rc == LDP_OK && (s_byte & LDP_CAP_S_BIT)) {
+            rec->ulCapFlags |= LDP_CAPMSG_MBB_ANNOUNCED;
+        }
+        return rc;
+    });
+}
+
+} // namespace
+
+extern "C" LDP_API uint32_t LDP_PreParseCapabilityMsg(const uint8_t *pucMsg)
+{
+    return dec::pre_parse<LDP_CapabilityMsg>(pucMsg, walk_capability);
+}
+
+extern "C" LDP_API uint32_t LDP_DecodeCapabilityMsg(const uint8_t *pucMsg, LDP_CapabilityMsg *pMsgRecord,
+                                                    uint32_t ulMemModuleId)
+{
+    return dec::decode(pucMsg, pMsgRecord, ulMemModuleId, walk_capability);
 }

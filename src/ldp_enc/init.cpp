@@ -1,6 +1,6 @@
-// Encoding and release of the Initialization message and its TLVs: Common
-// Session Parameters, ATM and Frame Relay Session Parameters, FT Session and
-// the Capability Parameter TLV (which the Capability message shares).
+// Encoding and release of the Initialization message: the Common Session
+// TLV, the label range TLVs for ATM and Frame Relay, FT Session, and the
+// Capability Parameter TLV that the Capability message reuses.
 #include <cstddef>
 #include <cstdint>
 

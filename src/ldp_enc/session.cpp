@@ -1,4 +1,5 @@
-// Encoding of the session messages: KeepAlive and Hello.
+// Encoding of the session messages: KeepAlive, Hello and Capability, and
+// release of the Capability record (Initialization has its own file).
 #include <cstddef>
 #include <cstdint>
 
@@ -7,6 +8,7 @@
 #include "../codec/srcfile.hpp"
 #include "../codec/tlv_out.hpp"
 #include "../codec/wire.hpp"
+#include "capability.hpp"
 #include "ldp_codec.h"
 
 using namespace ldp;
@@ -24,7 +26,7 @@ extern "C" LDP_API uint32_t LDP_EncodeKeepAliveMsg(uint8_t *pucBuf, LDP_KeepAliv
 namespace {
 
 // One optional Hello TLV: its presence flag, the header as the record holds
-// it, and the value in wire order with the size its type defines (written
+// it, and the record's value with the size its type defines (written
 // whatever usTlvLen says).
 struct hello_opt {
     uint8_t flag;
@@ -49,12 +51,10 @@ extern "C" LDP_API uint32_t LDP_EncodeHelloMsg(uint8_t *pucBuf, LDP_HelloMsg *pM
     }
 
     // The optional TLVs go out in this fixed order, whatever order they came in.
-    const uint32_t addr = wire::to_net32(pMsgRecord->ulIpv4TransAddr);
-    const uint32_t seq = wire::to_net32(pMsgRecord->ulConfSeqNum);
     const hello_opt opts[] = {
-        {LDP_HELLO_OPT_IPV4_TRANS, &pMsgRecord->stIpv4TransTlv, &addr, 4},
+        {LDP_HELLO_OPT_IPV4_TRANS, &pMsgRecord->stIpv4TransTlv, &pMsgRecord->ulIpv4TransAddr, 4},
         {LDP_HELLO_OPT_IPV6_TRANS, &pMsgRecord->stIpv6TransTlv, pMsgRecord->aucIpv6TransAddr, 16},
-        {LDP_HELLO_OPT_CONF_SEQ, &pMsgRecord->stConfSeqTlv, &seq, 4},
+        {LDP_HELLO_OPT_CONF_SEQ, &pMsgRecord->stConfSeqTlv, &pMsgRecord->ulConfSeqNum, 4},
         {LDP_HELLO_OPT_PRIV_3E0A, &pMsgRecord->stPrivHelloTlv, pMsgRecord->aucPrivHelloValue, 2},
     };
     uint8_t *at = pucBuf + 16;
@@ -68,6 +68,12 @@ extern "C" LDP_API uint32_t LDP_EncodeHelloMsg(uint8_t *pucBuf, LDP_HelloMsg *pM
             return mem::no_room(srcfile::enc);
         }
         tlv_out::header(at, room, opt.tlv, srcfile::enc);
+        // The 32-bit values are swapped in the record itself, which encoding consumes.
+        if (opt.flag == LDP_HELLO_OPT_IPV4_TRANS) {
+            pMsgRecord->ulIpv4TransAddr = wire::to_net32(pMsgRecord->ulIpv4TransAddr);
+        } else if (opt.flag == LDP_HELLO_OPT_CONF_SEQ) {
+            pMsgRecord->ulConfSeqNum = wire::to_net32(pMsgRecord->ulConfSeqNum);
+        }
         mem::copy(at + wire::kTlvHeaderSize, room - wire::kTlvHeaderSize, opt.value, opt.value_size,
                   srcfile::enc);
         at += size;
@@ -94,4 +100,26 @@ extern "C" LDP_API uint32_t LDP_EncodeCommHelloParamTlv(uint8_t *pucBuf,
                         offsetof(LDP_CommHelloParamTlv, usHoldTime);
     return tlv_out::put(pucBuf + wire::kTlvHeaderSize, uint16_t(usRoom - wire::kTlvHeaderSize), value, 4,
                         srcfile::enc);
+}
+
+// ---------------------------------------------------------------- Capability
+
+extern "C" LDP_API uint32_t LDP_EncodeCapabilityMsg(uint8_t *pucBuf, LDP_CapabilityMsg *pMsgRecord,
+                                                    uint32_t ulMemModuleId, uint16_t usRoom)
+{
+    if (msg::begin_encode(pucBuf, pMsgRecord, ulMemModuleId, usRoom) != LDP_OK) {
+        return LDP_ERR_PARAM;
+    }
+    // An empty list leaves the header alone in the message.
+    return caps::encode_list(pucBuf + wire::kMsgHeaderSize, &pMsgRecord->stCapList, ulMemModuleId,
+                             msg::room_after(usRoom, wire::kMsgHeaderSize));
+}
+
+extern "C" LDP_API void LDP_FreeCapabilityMsg(LDP_CapabilityMsg *pMsgRecord)
+{
+    if (pMsgRecord == nullptr ||
+        (pMsgRecord->stMsgHeader.usMsgType & LDP_MSG_TYPE_MASK) != LDP_MSG_CAPABILITY) {
+        return;
+    }
+    caps::release_list(&pMsgRecord->stCapList);
 }

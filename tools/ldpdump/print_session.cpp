@@ -70,6 +70,18 @@ void print_caps(std::FILE *out, const SLL_List &caps)
     }
 }
 
+// Only a record built for encoding carries these; a decoded one never does.
+void print_label_range(std::FILE *out, const char *name, const LDP_LabelRangeSessParamTlv &t)
+{
+    print_tlv(out, name, t.stTlvHeader);
+    std::fprintf(out, "      ulMndWord 0x%08x  %u range(s)\n", t.ulMndWord, t.stRangeList.ulCount);
+    const SLL_Node *head = &t.stRangeList.stHead;
+    for (const SLL_Node *n = t.stRangeList.stHead.pNext; n != nullptr && n != head; n = n->pNext) {
+        const auto *r = reinterpret_cast<const LDP_LabelRangeComponent *>(n);
+        std::fprintf(out, "        ulRangeMin 0x%08x  ulRangeMax 0x%08x\n", r->ulRangeMin, r->ulRangeMax);
+    }
+}
+
 void print_init(std::FILE *out, const LDP_InitMsg &m)
 {
     const LDP_CommSessParamTlv &cs = m.stCommSess;
@@ -82,6 +94,12 @@ void print_init(std::FILE *out, const LDP_InitMsg &m)
     std::fprintf(out, "      usMaxPduLen %u  receiver LDP id %u.%u.%u.%u:%u\n", cs.usMaxPduLen, lsr >> 24,
                  (lsr >> 16) & 0xFFu, (lsr >> 8) & 0xFFu, lsr & 0xFFu, cs.usReceiverLabelSpace);
     std::fprintf(out, "    ucOptFlags 0x%02x  ucOptFlags2 0x%02x\n", m.ucOptFlags, m.ucOptFlags2);
+    if (m.ucOptFlags & LDP_INIT_OPT_ATM_SESS) {
+        print_label_range(out, "ATM Session Parameters", m.stAtmSess);
+    }
+    if (m.ucOptFlags & LDP_INIT_OPT_FR_SESS) {
+        print_label_range(out, "Frame Relay Session Parameters", m.stFrSess);
+    }
     if (m.ucOptFlags & LDP_INIT_OPT_FT_SESS) {
         const LDP_FtSessParamTlv &ft = m.stFtSess;
         print_tlv(out, "FT Session", ft.stTlvHeader);
@@ -102,6 +120,12 @@ void print_session_record(std::FILE *out, uint32_t type, const void *rec)
     case LDP_MSG_INIT:
         print_init(out, *static_cast<const LDP_InitMsg *>(rec));
         break;
+    case LDP_MSG_CAPABILITY: {
+        const auto &m = *static_cast<const LDP_CapabilityMsg *>(rec);
+        std::fprintf(out, "    ulCapFlags 0x%08x\n", m.ulCapFlags);
+        print_caps(out, m.stCapList);
+        break;
+    }
     default:
         break;
     }

@@ -1,7 +1,8 @@
 /* FEC family: the FEC TLV (RFC 5036 section 3.4.1) with its Wildcard, Prefix
  * and Host Address elements, the multipoint FEC elements of RFC 6388 with
- * their opaque values. Message records that carry a FEC TLV embed LDP_FecTlv.
- * Include ldp_codec.h rather than this file. */
+ * their opaque values, and the RFC 6388 MP Status TLV. Message records that
+ * carry these TLVs embed LDP_FecTlv and LDP_MpStatusTlv. Include ldp_codec.h
+ * rather than this file. */
 #ifndef LDP_FEC_H
 #define LDP_FEC_H
 
@@ -32,6 +33,12 @@ extern "C" {
 /* Opaque value element types of RFC 6388. */
 #define LDP_OV_TYPE_GENERIC_LSP_ID 1u   /* value: a 4-byte LSP ID */
 #define LDP_OV_TYPE_EXTENDED       255u /* extended type and length follow */
+
+/* MP Status TLV: the one value element the library understands. */
+#define LDP_MP_STATUS_ELEM_MBB    1u    /* Make-Before-Break status element */
+#define LDP_MP_STATUS_MBB_REQUEST 1u
+#define LDP_MP_STATUS_MBB_ACK     2u
+#define LDP_MP_STATUS_ELEM_TAKEN  0x01u /* ucElemFlags bit: element present */
 
 /* The body of one FEC element, the same layout for every element type. For a
  * PWid element (kind 0x80) the first eight bytes are read instead as ulRawLen
@@ -90,6 +97,15 @@ typedef struct LDP_OvList {
     LDP_OvElement *pNext;
     LDP_OvElement *pPrev;
 } __attribute__((packed)) LDP_OvList;
+
+/* The MP Status TLV (0x096F), holding at most one MBB status element. */
+typedef struct LDP_MpStatusTlv {
+    LDP_TlvHeader stTlvHeader;
+    uint16_t usElemLen;   /* element length, host order */
+    uint8_t ucElemType;   /* LDP_MP_STATUS_ELEM_MBB when an element was taken */
+    uint8_t ucStatusCode; /* LDP_MP_STATUS_MBB_REQUEST or LDP_MP_STATUS_MBB_ACK */
+    uint8_t ucElemFlags;  /* LDP_MP_STATUS_ELEM_TAKEN; other bits are left alone */
+} __attribute__((packed)) LDP_MpStatusTlv;
 
 /* --- FEC TLV ---------------------------------------------------------------
  * pucValue is the first byte after the TLV header. Pre-parse reads only;
@@ -154,6 +170,17 @@ LDP_API LDP_OvElement *LDP_CreateOvElementByLspId(uint32_t ulLspId, uint32_t ulM
 LDP_API uint32_t LDP_GetLspIdByOvElement(const LDP_OvElement *pstElem, uint32_t *pulLspId);
 LDP_API void LDP_FreeOvElement(LDP_OvElement *pstElem);
 LDP_API void LDP_FreeAllOvElement(LDP_OvList *pstHead);
+
+/* --- MP Status TLV (RFC 6388) ----------------------------------------------
+ * pucValue is the first byte after the TLV header. Nothing is allocated. */
+LDP_API uint32_t LDP_PreParseMpStatusTlv(const uint8_t *pucValue, uint16_t usTlvLen);
+/* stTlvHeader must already hold the received header. */
+LDP_API uint32_t LDP_DecodeMpStatusTlv(const uint8_t *pucValue, LDP_MpStatusTlv *pstMpStatus,
+                                       uint32_t ulMemModuleId);
+/* Writes the header as stored and, when flagged, the one element; the caller
+ * then moves on by stTlvHeader.usTlvLen + 4. usTlvType is left in network order. */
+LDP_API uint32_t LDP_EncodeMpStatusTlv(uint8_t *pucBuf, LDP_MpStatusTlv *pstMpStatus,
+                                       uint32_t ulMemModuleId, uint16_t usRoom);
 
 #ifdef __cplusplus
 }

@@ -1,6 +1,6 @@
 // Pre-parse and decode of the FEC family: the FEC TLV and its Wildcard,
-// Prefix and Host Address elements, and the RFC 6388 multipoint elements
-// with their opaque values.
+// Prefix and Host Address elements, the RFC 6388 multipoint elements with
+// their opaque values, and the MP Status TLV.
 #include <cstdint>
 
 #include "../codec/list.hpp"
@@ -497,4 +497,47 @@ extern "C" LDP_API uint32_t LDP_GetLspIdByOvElement(const LDP_OvElement *pstElem
     }
     *pulLspId = wire::to_host32(id);
     return LDP_OK;
+}
+
+// --- MP Status TLV ----------------------------------------------------------
+
+extern "C" LDP_API uint32_t LDP_PreParseMpStatusTlv(const uint8_t *pucValue, uint16_t usTlvLen)
+{
+    if (pucValue == nullptr) {
+        return LDP_ERR_PARAM;
+    }
+    // Anything but a lone MBB element is accepted without being read.
+    if (usTlvLen == 0 || pucValue[0] != LDP_MP_STATUS_ELEM_MBB || usTlvLen != 4) {
+        return LDP_OK;
+    }
+    if (wire::load16(pucValue + 1) != 1) {
+        return LDP_ERR_PARAM;
+    }
+    const uint8_t code = pucValue[3];
+    return (code == LDP_MP_STATUS_MBB_REQUEST || code == LDP_MP_STATUS_MBB_ACK) ? LDP_OK
+                                                                               : LDP_ERR_PARAM;
+}
+
+extern "C" LDP_API uint32_t LDP_DecodeMpStatusTlv(const uint8_t *pucValue, LDP_MpStatusTlv *pstMpStatus,
+                                                  uint32_t ulMemModuleId)
+{
+    (void)ulMemModuleId;
+    if (pucValue == nullptr || pstMpStatus == nullptr) {
+        return LDP_ERR_PARAM;
+    }
+    const uint16_t len = pstMpStatus->stTlvHeader.usTlvLen;
+    if (len == 0 || pucValue[0] != LDP_MP_STATUS_ELEM_MBB || len != 4) {
+        return LDP_OK;
+    }
+    // Marked as taken before it is checked: a rejected element keeps the mark.
+    pstMpStatus->ucElemType = LDP_MP_STATUS_ELEM_MBB;
+    pstMpStatus->ucElemFlags = uint8_t(pstMpStatus->ucElemFlags | LDP_MP_STATUS_ELEM_TAKEN);
+    pstMpStatus->usElemLen = wire::load16(pucValue + 1);
+    if (pstMpStatus->usElemLen != 1) {
+        return LDP_ERR_PARAM;
+    }
+    pstMpStatus->ucStatusCode = pucValue[3];
+    const uint8_t code = pstMpStatus->ucStatusCode;
+    return (code == LDP_MP_STATUS_MBB_REQUEST || code == LDP_MP_STATUS_MBB_ACK) ? LDP_OK
+                                                                               : LDP_ERR_PARAM;
 }

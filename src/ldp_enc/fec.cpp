@@ -1,5 +1,5 @@
 // Encoding and release of the FEC family: the FEC TLV and its elements, the
-// RFC 6388 multipoint elements and opaque value lists.
+// RFC 6388 multipoint elements and opaque value lists, and the MP Status TLV.
 #include <cstdint>
 
 #include "../codec/list.hpp"
@@ -383,4 +383,35 @@ extern "C" LDP_API void LDP_FreeAllOvElement(LDP_OvList *pstHead)
     }
     pstHead->pNext = end;
     pstHead->pPrev = end;
+}
+
+// --- MP Status TLV ----------------------------------------------------------
+
+extern "C" LDP_API uint32_t LDP_EncodeMpStatusTlv(uint8_t *pucBuf, LDP_MpStatusTlv *pstMpStatus,
+                                                  uint32_t ulMemModuleId, uint16_t usRoom)
+{
+    (void)ulMemModuleId;
+    if (pucBuf == nullptr || pstMpStatus == nullptr) {
+        return LDP_ERR_PARAM;
+    }
+    if (usRoom <= 3) {
+        return mem::no_room(srcfile::enc);
+    }
+    write_tlv_header(pucBuf, usRoom, &pstMpStatus->stTlvHeader);
+    if ((pstMpStatus->ucElemFlags & LDP_MP_STATUS_ELEM_TAKEN) == 0) {
+        return LDP_OK; // header only, with whatever length the record holds
+    }
+    if (usRoom - 4 == 0) {
+        return mem::no_room(srcfile::enc);
+    }
+    pucBuf[4] = pstMpStatus->ucElemType;
+    if (usRoom - 5 <= 1) {
+        return mem::no_room(srcfile::enc);
+    }
+    wire::store16(pucBuf + 5, pstMpStatus->usElemLen);
+    if (usRoom - 7 == 0) {
+        return mem::no_room(srcfile::enc);
+    }
+    pucBuf[7] = pstMpStatus->ucStatusCode; // one status byte, whatever usElemLen says
+    return LDP_OK;
 }

@@ -21,6 +21,7 @@ CHECK_SIZE(LDP_FecElement, (sizeof(void *) + 4) + (22 + sizeof(void *)) + 1);
 CHECK_SIZE(LDP_FecTlv, 4 + 2 * sizeof(void *) + 8);
 CHECK_SIZE(LDP_OvElement, 3 * sizeof(void *) + 5);
 CHECK_SIZE(LDP_OvList, 2 * sizeof(void *));
+CHECK_SIZE(LDP_MpStatusTlv, 9);
 
 static int failures;
 

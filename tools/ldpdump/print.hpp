@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "ldp_codec.h"
+
 namespace ldpdump {
 
 const char *result_name(uint32_t rc);
@@ -11,5 +13,10 @@ const char *message_name(uint32_t type);
 
 // Print the fields of a record of the given (masked) type, indented.
 void print_record(std::FILE *out, uint32_t type, const void *rec);
+
+// Print the elements of a decoded FEC TLV, and an MP Status TLV; message
+// printers call these for the FEC and MP Status TLVs their records embed.
+void print_fec_tlv(std::FILE *out, const LDP_FecTlv *tlv);
+void print_mp_status_tlv(std::FILE *out, const LDP_MpStatusTlv *tlv);
 
 } // namespace ldpdump

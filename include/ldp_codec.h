@@ -9,6 +9,7 @@
 #include "ldp_platform.h"
 #include "ldp_types.h"
 #include "ldp_session.h"
+#include "ldp_fec.h"
 #include "ldp_label.h"
 
 #ifdef __cplusplus

@@ -16,6 +16,12 @@ CHECK_SIZE(LDP_KeepAliveMsg, 8);
 CHECK_SIZE(SLL_Node, sizeof(void *) + 4);
 CHECK_SIZE(SLL_List, 2 * sizeof(void *) + 8);
 CHECK_SIZE(SYS_Systime, 12);
+CHECK_SIZE(LDP_FecElementBody, 22 + sizeof(void *));
+CHECK_SIZE(LDP_FecElement, (sizeof(void *) + 4) + (22 + sizeof(void *)) + 1);
+CHECK_SIZE(LDP_FecTlv, 4 + 2 * sizeof(void *) + 8);
+CHECK_SIZE(LDP_OvElement, 3 * sizeof(void *) + 5);
+CHECK_SIZE(LDP_OvList, 2 * sizeof(void *));
+CHECK_SIZE(LDP_MpStatusTlv, 9);
 
 static int failures;
 
@@ -35,6 +41,10 @@ int main(void)
     uint8_t *buf = NULL;
 
     expect(offsetof(LDP_MsgHeader, ulMsgId) == 4, "ulMsgId at offset 4");
+    expect(offsetof(LDP_FecElement, stBody) == sizeof(SLL_Node), "FEC body after the node");
+    expect(offsetof(LDP_FecElementBody, aucAddr) == 4, "address after type, family, length");
+    expect(offsetof(LDP_FecElementBody, pucRaw) == 4, "PWid raw pointer after its length");
+    expect(offsetof(LDP_FecElementBody, usOpaqueLen) == 20 + sizeof(void *), "opaque length last");
     expect(LDP_Decode(wire, &type, &rec, sizeof wire, 1) == LDP_OK, "decode a KeepAlive");
     expect(type == LDP_MSG_KEEPALIVE, "type without the U bit");
     expect(rec != NULL && ((LDP_KeepAliveMsg *)rec)->stMsgHeader.ulMsgId == 42, "message ID");

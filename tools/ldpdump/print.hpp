@@ -4,6 +4,8 @@
 #include <cstdint>
 #include <cstdio>
 
+#include "ldp_codec.h"
+
 namespace ldpdump {
 
 const char *result_name(uint32_t rc);
@@ -14,5 +16,10 @@ void print_record(std::FILE *out, uint32_t type, const void *rec);
 
 // Fields after the message header, one printer per message family.
 void print_session_record(std::FILE *out, uint32_t type, const void *rec);
+
+// Print the elements of a decoded FEC TLV, and an MP Status TLV; message
+// printers call these for the FEC and MP Status TLVs their records embed.
+void print_fec_tlv(std::FILE *out, const LDP_FecTlv *tlv);
+void print_mp_status_tlv(std::FILE *out, const LDP_MpStatusTlv *tlv);
 
 } // namespace ldpdump

@@ -9,6 +9,7 @@
 #ifndef LDP_LABEL_H
 #define LDP_LABEL_H
 
+#include "ldp_fec.h"
 #include "ldp_types.h"
 
 #ifdef __cplusplus
@@ -120,6 +121,66 @@ typedef struct LDP_UnknownTlv {
     uint32_t ulTlvLen; /* bytes at pucTlv: 4 + value length */
     uint8_t *pucTlv;
 } __attribute__((packed)) LDP_UnknownTlv;
+
+/* Small extension TLVs of the Label Mapping message. */
+typedef struct LDP_ShortTlv { /* a 2-byte value, host order (types 0x0601, 0x0900) */
+    LDP_TlvHeader stTlvHeader;
+    uint16_t usValue;
+} __attribute__((packed)) LDP_ShortTlv;
+
+typedef struct LDP_PtrTlv { /* an owned value of usTlvLen bytes (4 for the word form), wire order */
+    LDP_TlvHeader stTlvHeader;
+    uint8_t *pucValue;
+} __attribute__((packed)) LDP_PtrTlv;
+
+typedef struct LDP_PrivTlv { /* vendor-private 0x3E0A: 2 bytes as received */
+    LDP_TlvHeader stTlvHeader;
+    uint8_t aucValue[2];
+} __attribute__((packed)) LDP_PrivTlv;
+
+/* Label Mapping (0x0400). Presence bits: ucOptFlags1 0x01 Label Request
+ * Message ID, 0x02 LSPID, 0x04 Hop Count, 0x08 Path Vector, 0x10 Traffic,
+ * 0x20 stShortTlv, 0x40 stWordPtrTlv, 0x80 stVarPtrTlv; ucOptFlags2 0x01
+ * stPrivTlv, 0x02 MP Status, 0x04 stEmptyTlv (TLV 0x0206). The decoder never
+ * sets 0x02, 0x10, 0x40 or 0x80 of ucOptFlags1: those TLVs are only sent. */
+typedef struct LDP_LabelMappingMsg {
+    LDP_MsgHeader stMsgHeader;
+    LDP_FecTlv stFecTlv;
+    LDP_LabelTlv stLabelTlv;
+    LDP_LblReqMsgIdTlv stLabelReqIdTlv;
+    LDP_LspIdTlv stLspIdTlv;
+    LDP_HopCountTlv stHopCountTlv;
+    LDP_PathVectorTlv stPathVectorTlv;
+    LDP_TrafficTlv stTrafficTlv;
+    LDP_ShortTlv stShortTlv;
+    LDP_PtrTlv stWordPtrTlv;
+    LDP_PtrTlv stVarPtrTlv;
+    LDP_MpStatusTlv stMpStatusTlv;
+    SLL_List stUnknTlvList; /* of LDP_UnknownTlv */
+    LDP_PrivTlv stPrivTlv;
+    LDP_TlvHeader stEmptyTlv;
+    uint8_t ucOptFlags1;
+    uint8_t ucOptFlags2;
+} __attribute__((packed)) LDP_LabelMappingMsg;
+typedef LDP_LabelMappingMsg LDP_MappingMsg;
+
+#define LDP_MAP_OPT_LABEL_REQ_ID 0x01u
+#define LDP_MAP_OPT_LSPID        0x02u
+#define LDP_MAP_OPT_HOP_COUNT    0x04u
+#define LDP_MAP_OPT_PATH_VECTOR  0x08u
+#define LDP_MAP_OPT_TRAFFIC      0x10u
+#define LDP_MAP_OPT_SHORT        0x20u
+#define LDP_MAP_OPT_WORD_PTR     0x40u
+#define LDP_MAP_OPT_VAR_PTR      0x80u
+#define LDP_MAP_OPT2_PRIV        0x01u
+#define LDP_MAP_OPT2_MP_STATUS   0x02u
+#define LDP_MAP_OPT2_EMPTY       0x04u
+
+LDP_API uint32_t LDP_PreParseMappingMsg(const uint8_t *pucMsg);
+LDP_API uint32_t LDP_DecodeMappingMsg(const uint8_t *pucMsg, LDP_MappingMsg *pMsgRecord, uint32_t ulMemModuleId);
+LDP_API uint32_t LDP_EncodeMappingMsg(uint8_t *pucBuf, LDP_MappingMsg *pMsgRecord, uint32_t ulMemModuleId,
+                                      uint16_t usRoom);
+LDP_API void LDP_FreeLabelMappingMsg(LDP_MappingMsg *pMsgRecord);
 
 LDP_API uint32_t LDP_EncodeLabelTlv(uint8_t *pucBuf, LDP_LabelTlv *pstLabel, uint32_t ulMemModuleId,
                                     uint16_t usRoom);

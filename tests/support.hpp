@@ -70,6 +70,15 @@ inline void append(SLL_List *list, SLL_Node *node)
     SLL_Insert_In_Middle(list, list->pTail, node, &list->stHead);
 }
 
+// The i-th u32 of an owned array, read byte-wise: arrays from the test
+// platform may start at odd addresses.
+inline uint32_t u32_at(const void *p, size_t i)
+{
+    uint32_t v;
+    std::memcpy(&v, static_cast<const uint8_t *>(p) + 4 * i, sizeof v);
+    return v;
+}
+
 struct encoded {
     uint32_t rc = 0;
     bytes wire;

@@ -261,18 +261,14 @@ struct er_fixture {
     explicit er_fixture(uint16_t tlv_len)
     {
         er.stTlvHeader = {0x0800, tlv_len};
-        SLL_List *l = &er.stHopList;
-        l->stHead.pNext = reinterpret_cast<SLL_Node *>(l);
-        l->pTail = reinterpret_cast<SLL_Node *>(l);
-        l->ulCount = 0;
+        make_empty(&er.stHopList);
     }
     LDP_ErHop &add(uint16_t kind, uint16_t len)
     {
         LDP_ErHop &h = hops[er.stHopList.ulCount];
         h.stTlvHeader = {kind, len};
         h.usHopKind = kind;
-        SLL_Insert_In_Middle(&er.stHopList, er.stHopList.pTail, &h.stNode,
-                             reinterpret_cast<SLL_Node *>(&er.stHopList));
+        append(&er.stHopList, &h.stNode);
         return h;
     }
 };
@@ -355,11 +351,7 @@ TEST_F(LabelTlvTest, ErEncoderFailures)
 // A message-record list of unknown TLVs, released by hand at the end.
 struct unknown_list {
     SLL_List l = {};
-    unknown_list()
-    {
-        l.stHead.pNext = reinterpret_cast<SLL_Node *>(&l);
-        l.pTail = reinterpret_cast<SLL_Node *>(&l);
-    }
+    unknown_list() { make_empty(&l); }
     ~unknown_list()
     {
         while (l.ulCount != 0) {

@@ -31,20 +31,15 @@ uint32_t encode_lspid(uint8_t *out, LDP_LspIdTlv *rec, uint16_t room)
     if (out == nullptr || rec == nullptr) {
         return LDP_ERR_PARAM;
     }
-    if (room < wire::kTlvHeaderSize) {
-        return mem::no_room(srcfile::enc);
+    if (tlv_out::begin(out, room, &rec->stTlvHeader, srcfile::enc) != LDP_OK) {
+        return LDP_ERR_PARAM;
     }
-    tlv_out::header(out, room, &rec->stTlvHeader, srcfile::enc);
     rec->usReserved = wire::to_net16(rec->usReserved);
     rec->usLocalCrLspId = wire::to_net16(rec->usLocalCrLspId);
     rec->ulIngressLsrId = wire::to_net32(rec->ulIngressLsrId);
-    const uint16_t left = uint16_t(room - wire::kTlvHeaderSize);
-    if (left < kLspIdValueSize) {
-        return mem::no_room(srcfile::enc);
-    }
     // A failed copy is reported and the TLV still counts as written.
-    mem::copy(out + wire::kTlvHeaderSize, left, &rec->usReserved, kLspIdValueSize, srcfile::enc);
-    return LDP_OK;
+    return tlv_out::put(out + wire::kTlvHeaderSize, uint16_t(room - wire::kTlvHeaderSize), &rec->usReserved,
+                        kLspIdValueSize, srcfile::enc);
 }
 
 // IPv4, IPv6 and AS hops: header, then the body in network order.
@@ -87,23 +82,18 @@ extern "C" LDP_API uint32_t LDP_EncodeLabelTlv(uint8_t *pucBuf, LDP_LabelTlv *ps
     if (kind != LDP_TLV_GENERIC_LABEL && kind != LDP_TLV_ATM_LABEL && kind != LDP_TLV_FR_LABEL) {
         return LDP_ERR_PARAM;
     }
-    if (usRoom < wire::kTlvHeaderSize) {
-        return mem::no_room(srcfile::enc);
+    if (tlv_out::begin(pucBuf, usRoom, &pstLabel->stTlvHeader, srcfile::enc) != LDP_OK) {
+        return LDP_ERR_PARAM;
     }
-    tlv_out::header(pucBuf, usRoom, &pstLabel->stTlvHeader, srcfile::enc);
     if (kind == LDP_TLV_ATM_LABEL) {
         pstLabel->usVpi = wire::to_net16(pstLabel->usVpi);
         pstLabel->usVci = wire::to_net16(pstLabel->usVci);
     } else {
         pstLabel->ulLabel = wire::to_net32(pstLabel->ulLabel);
     }
-    const uint16_t left = uint16_t(usRoom - wire::kTlvHeaderSize);
-    if (left < kLabelValueSize) {
-        return mem::no_room(srcfile::enc);
-    }
     // The label goes out as the record holds it: no 20-bit mask on encode.
-    mem::copy(pucBuf + wire::kTlvHeaderSize, left, &pstLabel->ulLabel, kLabelValueSize, srcfile::enc);
-    return LDP_OK;
+    return tlv_out::put(pucBuf + wire::kTlvHeaderSize, uint16_t(usRoom - wire::kTlvHeaderSize),
+                        &pstLabel->ulLabel, kLabelValueSize, srcfile::enc);
 }
 
 extern "C" LDP_API uint32_t LDP_EncodePathVectorTlv(uint8_t *pucBuf, LDP_PathVectorTlv *pstPathVector,
@@ -164,21 +154,16 @@ extern "C" LDP_API uint32_t LDP_EncodeTrafficTlv(uint8_t *pucBuf, LDP_TrafficTlv
     if (pucBuf == nullptr || pstTraffic == nullptr) {
         return LDP_ERR_PARAM;
     }
-    if (usRoom < wire::kTlvHeaderSize) {
-        return mem::no_room(srcfile::enc);
+    if (tlv_out::begin(pucBuf, usRoom, &pstTraffic->stTlvHeader, srcfile::enc) != LDP_OK) {
+        return LDP_ERR_PARAM;
     }
-    tlv_out::header(pucBuf, usRoom, &pstTraffic->stTlvHeader, srcfile::enc);
     pstTraffic->ulPdr = wire::to_net32(pstTraffic->ulPdr);
     pstTraffic->ulPbs = wire::to_net32(pstTraffic->ulPbs);
     pstTraffic->ulCdr = wire::to_net32(pstTraffic->ulCdr);
     pstTraffic->ulCbs = wire::to_net32(pstTraffic->ulCbs);
     pstTraffic->ulEbs = wire::to_net32(pstTraffic->ulEbs);
-    const uint16_t left = uint16_t(usRoom - wire::kTlvHeaderSize);
-    if (left < kTrafficValueSize) {
-        return mem::no_room(srcfile::enc);
-    }
-    mem::copy(pucBuf + wire::kTlvHeaderSize, left, &pstTraffic->ucFlags, kTrafficValueSize, srcfile::enc);
-    return LDP_OK;
+    return tlv_out::put(pucBuf + wire::kTlvHeaderSize, uint16_t(usRoom - wire::kTlvHeaderSize),
+                        &pstTraffic->ucFlags, kTrafficValueSize, srcfile::enc);
 }
 
 extern "C" LDP_API uint32_t LDP_EncodeERTlv(uint8_t *pucBuf, LDP_ErTlv *pstEr, uint32_t ulMemModuleId,
@@ -187,10 +172,9 @@ extern "C" LDP_API uint32_t LDP_EncodeERTlv(uint8_t *pucBuf, LDP_ErTlv *pstEr, u
     if (pucBuf == nullptr || pstEr == nullptr) {
         return LDP_ERR_PARAM;
     }
-    if (usRoom < wire::kTlvHeaderSize) {
-        return mem::no_room(srcfile::enc);
+    if (tlv_out::begin(pucBuf, usRoom, &pstEr->stTlvHeader, srcfile::enc) != LDP_OK) {
+        return LDP_ERR_PARAM;
     }
-    tlv_out::header(pucBuf, usRoom, &pstEr->stTlvHeader, srcfile::enc);
     SLL_List *hops = &pstEr->stHopList;
     if (hops->ulCount == 0) {
         return LDP_ERR_PARAM; // an ER TLV needs at least one hop; its header is already out

@@ -67,6 +67,9 @@ void print_record(std::FILE *out, uint32_t type, const void *rec)
     case LDP_MSG_CAPABILITY:
         print_session_record(out, type, rec);
         break;
+    case LDP_MSG_LABEL_MAPPING:
+        print_mapping(out, static_cast<const LDP_MappingMsg *>(rec));
+        break;
     default:
         break;
     }

@@ -16,6 +16,8 @@ void print_record(std::FILE *out, uint32_t type, const void *rec);
 
 // Fields after the message header, one printer per message family.
 void print_session_record(std::FILE *out, uint32_t type, const void *rec);
+// Message printers, one family per file.
+void print_mapping(std::FILE *out, const LDP_MappingMsg *m);
 
 // Print the elements of a decoded FEC TLV, and an MP Status TLV; message
 // printers call these for the FEC and MP Status TLVs their records embed.

@@ -71,8 +71,9 @@ typedef struct LDP_FecElement {
     uint8_t ucFecKind;
 } __attribute__((packed)) LDP_FecElement;
 
-/* The FEC TLV (0x0100): its header and its elements in wire order. Embedded
- * as stFecTlv in every message record that carries a FEC TLV. */
+/* The FEC TLV (0x0100): its header and its elements in wire order. Message
+ * records holding one (label messages, Address Withdraw, Notification) embed
+ * it as stFecTlv. */
 typedef struct LDP_FecTlv {
     LDP_TlvHeader stTlvHeader;
     SLL_List stFecList; /* of LDP_FecElement */
@@ -140,8 +141,8 @@ LDP_API uint32_t LDP_EncodeHostAddrFecElement(uint8_t **ppucBuf, LDP_FecElementB
 LDP_API void LDP_FreeFecElement(LDP_FecTlv *pstFecTlv);
 
 /* --- mLDP FEC elements (RFC 6388) and opaque values ------------------------
- * usLeft counts the bytes from the element's type byte to the end of the FEC
- * TLV. On failure *pusErrOffset tells how far the checks got; on success it
+ * usLeft is what remains of the FEC TLV value, counted from this element's
+ * first byte. On failure *pusErrOffset tells how far the checks got; on success it
  * is the element's size. */
 LDP_API uint32_t LDP_PreParseMldpFecElement(const uint8_t *pucElem, uint16_t usLeft,
                                             uint16_t *pusErrOffset);

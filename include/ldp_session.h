@@ -81,7 +81,7 @@ typedef struct LDP_LabelRangeComponent {
     uint32_t ulRangeMax;
 } __attribute__((packed)) LDP_LabelRangeComponent;
 
-/* ATM (0x0501) and Frame Relay (0x0502) Session Parameters TLVs. */
+/* Label range session parameters, for ATM (0x0501) or Frame Relay (0x0502). */
 #define LDP_LABEL_RANGE_N_SHIFT 26u  /* ulMndWord: number of components, bits 29-26 */
 #define LDP_LABEL_RANGE_N_MASK  0xFu
 

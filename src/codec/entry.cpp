@@ -88,7 +88,7 @@ extern "C" LDP_API uint32_t LDP_Encode(uint8_t **ppucBuf, uint32_t ulMsgType, vo
     }
     *ppucBuf = nullptr;
 
-    // Exact match: a type with the U bit set is not accepted here.
+    // Compared as given, unmasked: 0x8201 is no KeepAlive for the encoder.
     const msg_ops *ops = find_msg_ops(ulMsgType);
     if (ops == nullptr) {
         LDP_FreeMessage(pMsgRecord);

@@ -15,7 +15,7 @@ using namespace ldp;
 
 namespace {
 
-// Smallest message that can hold a one-byte FEC TLV and a Label TLV.
+// Message ID, a FEC TLV with one single-byte element, and an 8-byte Label TLV.
 constexpr uint16_t kMinMappingLen = 17;
 
 bool u_bit(const LDP_TlvHeader &tlv) { return (tlv.usTlvType & LDP_TLV_U_BIT) != 0; }

@@ -6,23 +6,13 @@
 #include "../codec/mem.hpp"
 #include "../codec/msg.hpp"
 #include "../codec/srcfile.hpp"
+#include "../codec/tlv_out.hpp"
 #include "../codec/wire.hpp"
 #include "ldp_codec.h"
 
 using namespace ldp;
 
 namespace {
-
-// Writes a TLV header from the record, converting it in place. The length is
-// turned back to host order; the type deliberately stays in network order,
-// so the record can be encoded only once.
-void write_tlv_header(uint8_t *out, uint16_t room, LDP_TlvHeader *hdr)
-{
-    hdr->usTlvType = wire::to_net16(hdr->usTlvType);
-    hdr->usTlvLen = wire::to_net16(hdr->usTlvLen);
-    mem::copy(out, room, hdr, wire::kTlvHeaderSize, srcfile::enc);
-    hdr->usTlvLen = wire::to_host16(hdr->usTlvLen);
-}
 
 // An output cursor over the caller's pointer and room count. Every take
 // saturates at zero.
@@ -159,10 +149,9 @@ extern "C" LDP_API uint32_t LDP_EncodeFECTlv(uint8_t *pucBuf, LDP_FecTlv *pstFec
     if (pucBuf == nullptr || pstFecTlv == nullptr) {
         return LDP_ERR_PARAM;
     }
-    if (usRoom < wire::kTlvHeaderSize) {
-        return mem::no_room(srcfile::enc);
+    if (tlv_out::begin(pucBuf, usRoom, &pstFecTlv->stTlvHeader, srcfile::enc) != LDP_OK) {
+        return LDP_ERR_PARAM;
     }
-    write_tlv_header(pucBuf, usRoom, &pstFecTlv->stTlvHeader);
     uint8_t *pos = pucBuf + wire::kTlvHeaderSize;
     uint16_t room = uint16_t(usRoom - wire::kTlvHeaderSize);
     out_cursor out{&pos, &room};
@@ -394,10 +383,9 @@ extern "C" LDP_API uint32_t LDP_EncodeMpStatusTlv(uint8_t *pucBuf, LDP_MpStatusT
     if (pucBuf == nullptr || pstMpStatus == nullptr) {
         return LDP_ERR_PARAM;
     }
-    if (usRoom <= 3) {
-        return mem::no_room(srcfile::enc);
+    if (tlv_out::begin(pucBuf, usRoom, &pstMpStatus->stTlvHeader, srcfile::enc) != LDP_OK) {
+        return LDP_ERR_PARAM;
     }
-    write_tlv_header(pucBuf, usRoom, &pstMpStatus->stTlvHeader);
     if ((pstMpStatus->ucElemFlags & LDP_MP_STATUS_ELEM_TAKEN) == 0) {
         return LDP_OK; // header only, with whatever length the record holds
     }

@@ -148,9 +148,10 @@ LDP_API uint32_t LDP_PreParseMldpFecElement(const uint8_t *pucElem, uint16_t usL
                                             uint16_t *pusErrOffset);
 LDP_API uint32_t LDP_PreDecodeOvElement(const uint8_t *pucValue, uint16_t usLen);
 /* Received elements are accepted for IPv4 roots only. The opaque value is
- * stored re-encoded from its parsed elements. */
+ * stored re-encoded from its parsed elements. Unlike the other element
+ * functions, the decoder takes the whole element record and fills its body. */
 LDP_API uint32_t LDP_DecodeMldpFecElement(const uint8_t *pucElem, uint16_t usLeft,
-                                          LDP_FecElementBody *pstBody, uint16_t *pusElemLen,
+                                          LDP_FecElement *pstElem, uint16_t *pusElemLen,
                                           uint32_t ulMemModuleId);
 LDP_API uint32_t LDP_EncodeMldpFecElement(uint8_t **ppucBuf, LDP_FecElementBody *pstBody,
                                           uint32_t ulMemModuleId, uint16_t *pusRoom);

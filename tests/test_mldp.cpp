@@ -61,9 +61,10 @@ TEST_P(MldpElement, PreParseAndDecode)
     EXPECT_EQ(offset, c.offset);
     EXPECT_EQ(testplat::alloc_calls(), 0u);
 
-    LDP_FecElementBody body = {};
+    LDP_FecElement elem = {};
+    LDP_FecElementBody &body = elem.stBody;
     uint16_t size = 0;
-    EXPECT_EQ(LDP_DecodeMldpFecElement(e.data(), e.size(), &body, &size, kModule), c.dec_rc);
+    EXPECT_EQ(LDP_DecodeMldpFecElement(e.data(), e.size(), &elem, &size, kModule), c.dec_rc);
     if (c.dec_rc == LDP_OK) {
         EXPECT_EQ(size, e.size());
         EXPECT_EQ(body.usOpaqueLen, e.size() - 10);
@@ -97,9 +98,10 @@ TEST_F(MldpTest, DecodedRecordFields)
 TEST_F(MldpTest, DecoderStoresTheHeaderBeforeJudgingIt)
 {
     const exact e(hex("06 00 02 04 c0 00 02 01 00 00"));
-    LDP_FecElementBody body = {};
+    LDP_FecElement elem = {};
+    LDP_FecElementBody &body = elem.stBody;
     uint16_t size = 0;
-    EXPECT_EQ(LDP_DecodeMldpFecElement(e.data(), e.size(), &body, &size, kModule), LDP_STATUS_UNSUPPORTED_AF);
+    EXPECT_EQ(LDP_DecodeMldpFecElement(e.data(), e.size(), &elem, &size, kModule), LDP_STATUS_UNSUPPORTED_AF);
     EXPECT_EQ(body.ucFecType, 6);
     EXPECT_EQ(body.usAddrFamily, 2);
     EXPECT_EQ(body.ucPrefixLen, 4);
@@ -108,10 +110,11 @@ TEST_F(MldpTest, DecoderStoresTheHeaderBeforeJudgingIt)
 TEST_F(MldpTest, DecoderReplacesAnEarlierOpaqueValueWithAnAssertion)
 {
     const exact e(hex(p2mp("05 00 00")));
-    LDP_FecElementBody body = {};
+    LDP_FecElement elem = {};
+    LDP_FecElementBody &body = elem.stBody;
     body.pucOpaqueValue = owned_copy(hex("aa"));
     uint16_t size = 0;
-    EXPECT_EQ(LDP_DecodeMldpFecElement(e.data(), e.size(), &body, &size, kModule), LDP_OK);
+    EXPECT_EQ(LDP_DecodeMldpFecElement(e.data(), e.size(), &elem, &size, kModule), LDP_OK);
     expect_one_assertion("ldp_dec");
     EXPECT_EQ(to_hex(body.pucOpaqueValue, body.usOpaqueLen), "05 00 00");
     LDP_MemFreeCallBack(body.pucOpaqueValue);

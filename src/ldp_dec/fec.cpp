@@ -273,7 +273,7 @@ extern "C" LDP_API uint32_t LDP_DecodeFECTlv(const uint8_t *pucValue, LDP_FecTlv
             rc = LDP_DecodeHostAddrFecElement(elem, left, &rec->stBody, &size, ulMemModuleId);
             break;
         case LDP_FEC_MLDP_P2MP:
-            rc = LDP_DecodeMldpFecElement(elem, left, &rec->stBody, &size, ulMemModuleId);
+            rc = LDP_DecodeMldpFecElement(elem, left, rec, &size, ulMemModuleId);
             has_p2mp = true;
             break;
         case LDP_FEC_PWID:
@@ -345,12 +345,13 @@ extern "C" LDP_API uint32_t LDP_PreDecodeOvElement(const uint8_t *pucValue, uint
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeMldpFecElement(const uint8_t *pucElem, uint16_t usLeft,
-                                                     LDP_FecElementBody *pstBody,
-                                                     uint16_t *pusElemLen, uint32_t ulMemModuleId)
+                                                     LDP_FecElement *pstElem, uint16_t *pusElemLen,
+                                                     uint32_t ulMemModuleId)
 {
-    if (pucElem == nullptr || pstBody == nullptr || pusElemLen == nullptr) {
+    if (pucElem == nullptr || pstElem == nullptr || pusElemLen == nullptr) {
         return LDP_ERR_PARAM;
     }
+    LDP_FecElementBody *pstBody = &pstElem->stBody;
     if (usLeft < 4) {
         return LDP_STATUS_BAD_TLV_LEN;
     }

@@ -58,13 +58,16 @@ bool dump_one(unsigned index, const std::string &text)
     void *rec = nullptr;
     const uint32_t rc = LDP_Decode(msg.empty() ? reinterpret_cast<const uint8_t *>("") : msg.data(),
                                    &type, &rec, uint32_t(msg.size()), 0);
+    // Status codes in decimal as RFC 5036 numbers them; the all-ones code in hex.
+    char code[16];
+    std::snprintf(code, sizeof code, rc == LDP_STOP_WALK ? "0x%x" : "%u", rc);
     if (type == 0xFFFFFFFFu) {
         const unsigned word = msg.size() >= 2 ? unsigned(msg[0]) << 8 | msg[1] : 0;
-        std::printf("[%u] type word 0x%04x (%zu bytes): %s (%u)\n", index, word, msg.size(),
-                    ldpdump::result_name(rc), rc);
+        std::printf("[%u] type word 0x%04x (%zu bytes): %s (%s)\n", index, word, msg.size(),
+                    ldpdump::result_name(rc), code);
     } else {
-        std::printf("[%u] %s (0x%04x): %s (%u)\n", index, ldpdump::message_name(type), type,
-                    ldpdump::result_name(rc), rc);
+        std::printf("[%u] %s (0x%04x): %s (%s)\n", index, ldpdump::message_name(type), type,
+                    ldpdump::result_name(rc), code);
     }
     if (rec != nullptr) {
         ldpdump::print_record(stdout, type, rec);

@@ -9,7 +9,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 PACKAGES=(cmake ninja-build g++ clang binutils libgtest-dev libgmock-dev libbenchmark-dev
-          googletest g++-arm-linux-gnueabihf qemu-user)
+          googletest g++-arm-linux-gnueabihf qemu-user tshark)
 
 install_missing() {
     local missing=()

@@ -1,10 +1,11 @@
 // Writes each message of a hex sample file (one per line, '#' comments) as a
 // binary file into a corpus folder, so the fuzzer starts from real messages.
-#include <cctype>
 #include <cstdio>
 #include <fstream>
 #include <string>
 #include <vector>
+
+#include "hex_text.hpp"
 
 int main(int argc, char **argv)
 {
@@ -20,22 +21,8 @@ int main(int argc, char **argv)
     std::string line;
     unsigned n = 0;
     while (std::getline(in, line)) {
-        line = line.substr(0, line.find('#'));
-        std::vector<unsigned char> msg;
-        int hi = -1;
-        for (unsigned char c : line) {
-            if (!std::isxdigit(c)) {
-                continue;
-            }
-            const int v = std::isdigit(c) ? c - '0' : std::tolower(c) - 'a' + 10;
-            if (hi < 0) {
-                hi = v;
-            } else {
-                msg.push_back(static_cast<unsigned char>(hi << 4 | v));
-                hi = -1;
-            }
-        }
-        if (msg.empty()) {
+        std::vector<uint8_t> msg;
+        if (!ldphex::parse(ldphex::strip_comment(line), msg) || msg.empty()) {
             continue;
         }
         const std::string path = std::string(argv[2]) + "/sample-" + std::to_string(++n);

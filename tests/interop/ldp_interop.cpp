@@ -4,37 +4,18 @@
 // round trip is not byte for byte, see main); alongside, the fields
 // our decoder found are printed in the layout of `tshark -T fields` with the
 // options used by run.sh, so the two can be compared line by line.
-#include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <fstream>
 #include <string>
 #include <vector>
 
+#include "hex_text.hpp"
 #include "ldp_codec.h"
 
 namespace {
 
 using bytes = std::vector<uint8_t>;
-
-bool parse_hex(const std::string &line, bytes &out)
-{
-    out.clear();
-    int hi = -1;
-    for (unsigned char c : line) {
-        if (!std::isxdigit(c)) {
-            continue;
-        }
-        const int v = std::isdigit(c) ? c - '0' : std::tolower(c) - 'a' + 10;
-        if (hi < 0) {
-            hi = v;
-        } else {
-            out.push_back(uint8_t(hi << 4 | v));
-            hi = -1;
-        }
-    }
-    return !out.empty() && hi < 0;
-}
 
 void put16(bytes &b, unsigned v)
 {
@@ -185,7 +166,7 @@ int main(int argc, char **argv)
     unsigned encoded = 0;
     bytes msg;
     while (std::getline(in, line)) {
-        if (!parse_hex(line.substr(0, line.find('#')), msg)) {
+        if (!ldphex::parse(ldphex::strip_comment(line), msg) || msg.empty()) {
             continue;
         }
         uint32_t type = 0;

@@ -3,12 +3,12 @@
 //
 //   ldpdump 0201000400000001 ...      messages on the command line
 //   ldpdump -f FILE                   one message per line; '#' starts a comment
-#include <cctype>
 #include <cstdio>
 #include <cstring>
 #include <string>
 #include <vector>
 
+#include "hex_text.hpp"
 #include "ldp_codec.h"
 #include "print.hpp"
 
@@ -23,34 +23,11 @@ void usage(std::FILE *out)
                out);
 }
 
-// Hex digits with optional blanks, colons or dashes between them.
-bool parse_hex(const std::string &text, std::vector<uint8_t> &out)
-{
-    out.clear();
-    int hi = -1;
-    for (unsigned char c : text) {
-        if (std::isspace(c) || c == ':' || c == '-') {
-            continue;
-        }
-        if (!std::isxdigit(c)) {
-            return false;
-        }
-        const int v = std::isdigit(c) ? c - '0' : std::tolower(c) - 'a' + 10;
-        if (hi < 0) {
-            hi = v;
-        } else {
-            out.push_back(uint8_t(hi << 4 | v));
-            hi = -1;
-        }
-    }
-    return hi < 0;
-}
-
 // Decode and print one message; returns false if the text is not hex.
 bool dump_one(unsigned index, const std::string &text)
 {
     std::vector<uint8_t> msg;
-    if (!parse_hex(text, msg)) {
+    if (!ldphex::parse(text, msg)) {
         std::printf("[%u] not a hex message: %s\n", index, text.c_str());
         return false;
     }
@@ -104,10 +81,7 @@ int main(int argc, char **argv)
                 line.push_back(char(c));
                 continue;
             }
-            const size_t hash = line.find('#');
-            if (hash != std::string::npos) {
-                line.erase(hash);
-            }
+            line = ldphex::strip_comment(line);
             if (line.find_first_not_of(" \t\r") != std::string::npos) {
                 all_hex = dump_one(++index, line) && all_hex;
             }

@@ -26,84 +26,32 @@ struct out_cursor {
     }
 };
 
-uint32_t put_req_id(out_cursor &out, LDP_LblReqMsgIdTlv &tlv)
+// A TLV that must fit whole, header and value, or the encoder reports no
+// room; value is size bytes already in wire order.
+uint32_t put_whole(out_cursor &out, LDP_TlvHeader &hdr, const void *value, uint16_t size)
 {
-    if (out.left <= 7) {
+    if (int32_t(out.left) < int32_t(wire::kTlvHeaderSize) + size) {
         return mem::no_room(srcfile::enc);
     }
-    tlv_out::header(out.pos, out.left, &tlv.stTlvHeader, srcfile::enc);
-    tlv.ulReqMsgId = wire::to_net32(tlv.ulReqMsgId);
-    mem::copy(out.pos + 4, out.left - 4u, &tlv.ulReqMsgId, 4, srcfile::enc);
-    out.take(8);
+    tlv_out::header(out.pos, out.left, &hdr, srcfile::enc);
+    if (size != 0) {
+        mem::copy(out.pos + wire::kTlvHeaderSize, out.left - 4u, value, size, srcfile::enc);
+    }
+    out.take(wire::kTlvHeaderSize + uint32_t(size));
     return LDP_OK;
 }
 
-uint32_t put_hop_count(out_cursor &out, LDP_HopCountTlv &tlv)
-{
-    if (out.left < 5) {
-        return mem::no_room(srcfile::enc);
-    }
-    tlv_out::header(out.pos, out.left, &tlv.stTlvHeader, srcfile::enc);
-    out.pos[4] = tlv.ucHopCount;
-    out.take(5);
-    return LDP_OK;
-}
-
+// The 2-byte extension TLV is checked in two steps: the header goes out
+// before the room for its value is looked at.
 uint32_t put_short(out_cursor &out, LDP_ShortTlv &tlv)
 {
-    if (out.left < 4) {
-        return mem::no_room(srcfile::enc);
-    }
-    tlv_out::header(out.pos, out.left, &tlv.stTlvHeader, srcfile::enc);
-    if (out.left - 4 < 2) {
-        return mem::no_room(srcfile::enc);
+    if (tlv_out::begin(out.pos, out.left, &tlv.stTlvHeader, srcfile::enc) != LDP_OK) {
+        return LDP_ERR_PARAM;
     }
     tlv.usValue = wire::to_net16(tlv.usValue);
-    mem::copy(out.pos + 4, out.left - 4u, &tlv.usValue, 2, srcfile::enc);
-    out.take(6);
-    return LDP_OK;
-}
-
-uint32_t put_word_ptr(out_cursor &out, LDP_PtrTlv &tlv)
-{
-    if (out.left < 8) {
-        return mem::no_room(srcfile::enc);
+    if (tlv_out::put(out.pos + 4, uint16_t(out.left - 4), &tlv.usValue, 2, srcfile::enc) != LDP_OK) {
+        return LDP_ERR_PARAM;
     }
-    tlv_out::header(out.pos, out.left, &tlv.stTlvHeader, srcfile::enc);
-    mem::copy(out.pos + 4, out.left - 4u, tlv.pucValue, 4, srcfile::enc);
-    out.take(8);
-    return LDP_OK;
-}
-
-uint32_t put_var_ptr(out_cursor &out, LDP_PtrTlv &tlv)
-{
-    const uint16_t len = tlv.stTlvHeader.usTlvLen;
-    if (int32_t(len) + 3 >= int32_t(out.left)) {
-        return mem::no_room(srcfile::enc);
-    }
-    tlv_out::header(out.pos, out.left, &tlv.stTlvHeader, srcfile::enc);
-    mem::copy(out.pos + 4, out.left - 4u, tlv.pucValue, len, srcfile::enc);
-    out.take(4u + len);
-    return LDP_OK;
-}
-
-uint32_t put_empty(out_cursor &out, LDP_TlvHeader &tlv)
-{
-    if (out.left < 4) {
-        return mem::no_room(srcfile::enc);
-    }
-    tlv_out::header(out.pos, out.left, &tlv, srcfile::enc);
-    out.take(4);
-    return LDP_OK;
-}
-
-uint32_t put_priv(out_cursor &out, LDP_PrivTlv &tlv)
-{
-    if (out.left < 6) {
-        return mem::no_room(srcfile::enc);
-    }
-    tlv_out::header(out.pos, out.left, &tlv.stTlvHeader, srcfile::enc);
-    mem::copy(out.pos + 4, out.left - 4u, tlv.aucValue, 2, srcfile::enc);
     out.take(6);
     return LDP_OK;
 }
@@ -133,8 +81,11 @@ extern "C" LDP_API uint32_t LDP_EncodeMappingMsg(uint8_t *pucBuf, LDP_MappingMsg
 
     const uint8_t opt1 = rec.ucOptFlags1;
     const uint8_t opt2 = rec.ucOptFlags2;
-    if ((opt1 & LDP_MAP_OPT_LABEL_REQ_ID) && put_req_id(out, rec.stLabelReqIdTlv) != LDP_OK) {
-        return LDP_ERR_PARAM;
+    if (opt1 & LDP_MAP_OPT_LABEL_REQ_ID) {
+        rec.stLabelReqIdTlv.ulReqMsgId = wire::to_net32(rec.stLabelReqIdTlv.ulReqMsgId);
+        if (put_whole(out, rec.stLabelReqIdTlv.stTlvHeader, &rec.stLabelReqIdTlv.ulReqMsgId, 4) != LDP_OK) {
+            return LDP_ERR_PARAM;
+        }
     }
     if (opt1 & LDP_MAP_OPT_LSPID) {
         if (LDP_EncodeLSPIdTlv(out.pos, &rec.stLspIdTlv, ulMemModuleId, out.left) != LDP_OK) {
@@ -142,7 +93,8 @@ extern "C" LDP_API uint32_t LDP_EncodeMappingMsg(uint8_t *pucBuf, LDP_MappingMsg
         }
         out.take(12);
     }
-    if ((opt1 & LDP_MAP_OPT_HOP_COUNT) && put_hop_count(out, rec.stHopCountTlv) != LDP_OK) {
+    if ((opt1 & LDP_MAP_OPT_HOP_COUNT) &&
+        put_whole(out, rec.stHopCountTlv.stTlvHeader, &rec.stHopCountTlv.ucHopCount, 1) != LDP_OK) {
         return LDP_ERR_PARAM;
     }
     if (opt1 & LDP_MAP_OPT_PATH_VECTOR) {
@@ -160,10 +112,12 @@ extern "C" LDP_API uint32_t LDP_EncodeMappingMsg(uint8_t *pucBuf, LDP_MappingMsg
     if ((opt1 & LDP_MAP_OPT_SHORT) && put_short(out, rec.stShortTlv) != LDP_OK) {
         return LDP_ERR_PARAM;
     }
-    if ((opt1 & LDP_MAP_OPT_WORD_PTR) && put_word_ptr(out, rec.stWordPtrTlv) != LDP_OK) {
+    if ((opt1 & LDP_MAP_OPT_WORD_PTR) &&
+        put_whole(out, rec.stWordPtrTlv.stTlvHeader, rec.stWordPtrTlv.pucValue, 4) != LDP_OK) {
         return LDP_ERR_PARAM;
     }
-    if ((opt1 & LDP_MAP_OPT_VAR_PTR) && put_var_ptr(out, rec.stVarPtrTlv) != LDP_OK) {
+    if ((opt1 & LDP_MAP_OPT_VAR_PTR) && put_whole(out, rec.stVarPtrTlv.stTlvHeader, rec.stVarPtrTlv.pucValue,
+                                                 rec.stVarPtrTlv.stTlvHeader.usTlvLen) != LDP_OK) {
         return LDP_ERR_PARAM;
     }
     if (opt2 & LDP_MAP_OPT2_MP_STATUS) {
@@ -172,7 +126,7 @@ extern "C" LDP_API uint32_t LDP_EncodeMappingMsg(uint8_t *pucBuf, LDP_MappingMsg
         }
         out.take(4u + rec.stMpStatusTlv.stTlvHeader.usTlvLen);
     }
-    if ((opt2 & LDP_MAP_OPT2_EMPTY) && put_empty(out, rec.stEmptyTlv) != LDP_OK) {
+    if ((opt2 & LDP_MAP_OPT2_EMPTY) && put_whole(out, rec.stEmptyTlv, nullptr, 0) != LDP_OK) {
         return LDP_ERR_PARAM;
     }
     if (rec.stUnknTlvList.ulCount != 0) {
@@ -184,7 +138,8 @@ extern "C" LDP_API uint32_t LDP_EncodeMappingMsg(uint8_t *pucBuf, LDP_MappingMsg
     }
     // Written at the position before the unknown TLVs, so it lands on the
     // first six bytes of those just written; this placement is intended.
-    if ((opt2 & LDP_MAP_OPT2_PRIV) && put_priv(out, rec.stPrivTlv) != LDP_OK) {
+    if ((opt2 & LDP_MAP_OPT2_PRIV) &&
+        put_whole(out, rec.stPrivTlv.stTlvHeader, rec.stPrivTlv.aucValue, 2) != LDP_OK) {
         return LDP_ERR_PARAM;
     }
     return LDP_OK;
@@ -192,7 +147,8 @@ extern "C" LDP_API uint32_t LDP_EncodeMappingMsg(uint8_t *pucBuf, LDP_MappingMsg
 
 extern "C" LDP_API void LDP_FreeLabelMappingMsg(LDP_MappingMsg *pMsgRecord)
 {
-    if (pMsgRecord == nullptr || (pMsgRecord->stMsgHeader.usMsgType & LDP_MSG_TYPE_MASK) != LDP_MSG_LABEL_MAPPING) {
+    if (pMsgRecord == nullptr ||
+        (pMsgRecord->stMsgHeader.usMsgType & LDP_MSG_TYPE_MASK) != LDP_MSG_LABEL_MAPPING) {
         return;
     }
     LDP_MappingMsg &rec = *pMsgRecord;

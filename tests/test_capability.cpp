@@ -46,24 +46,13 @@ class CapabilityWalk : public CodecTest, public ::testing::WithParamInterface<wa
 TEST_P(CapabilityWalk, PreParseDecoderAndEntryAgree)
 {
     const walk_case &c = GetParam();
-    const bytes msg = hex(c.wire);
-    EXPECT_EQ(LDP_PreParseCapabilityMsg(msg.data()), c.rc) << "pre-parse";
-
-    auto *rec = new_record<LDP_CapabilityMsg>();
-    make_empty(&rec->stCapList);
-    EXPECT_EQ(LDP_DecodeCapabilityMsg(msg.data(), rec, kModule), c.rc) << "decoder";
-    LDP_FreeMessage(rec);
-
-    const decoded d = decode(msg);
-    EXPECT_EQ(d.rc, c.rc) << "LDP_Decode";
-    EXPECT_EQ(d.type, LDP_MSG_CAPABILITY);
-    if (d.rc == LDP_OK) {
+    const decoded d = expect_decode_paths<LDP_CapabilityMsg>(
+        hex(c.wire), LDP_MSG_CAPABILITY, LDP_PreParseCapabilityMsg, LDP_DecodeCapabilityMsg, c.rc, c.rc,
+        [](LDP_CapabilityMsg *r) { make_empty(&r->stCapList); });
+    if (d.rec != nullptr) {
         EXPECT_EQ(static_cast<LDP_CapabilityMsg *>(d.rec)->stCapList.ulCount, c.elements);
         LDP_FreeMessage(d.rec);
-    } else {
-        EXPECT_EQ(d.rec, nullptr);
     }
-    expect_no_assertions();
 }
 
 INSTANTIATE_TEST_SUITE_P(Capability, CapabilityWalk, ::testing::ValuesIn(kWalkCases),

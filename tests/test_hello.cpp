@@ -71,19 +71,9 @@ class HelloWalk : public CodecTest, public ::testing::WithParamInterface<walk_ca
 TEST_P(HelloWalk, PreParseDecoderAndEntryAgree)
 {
     const walk_case &c = GetParam();
-    const bytes msg = hex(c.wire);
-    EXPECT_EQ(LDP_PreParseHelloMsg(msg.data()), c.rc) << "pre-parse";
-    LDP_HelloMsg rec = {};
-    EXPECT_EQ(LDP_DecodeHelloMsg(msg.data(), &rec, kModule), c.rc) << "decoder";
-    const decoded d = decode(msg);
-    EXPECT_EQ(d.rc, c.rc) << "LDP_Decode";
-    EXPECT_EQ(d.type, LDP_MSG_HELLO);
-    if (d.rc == LDP_OK) {
-        LDP_FreeMessage(d.rec);
-    } else {
-        EXPECT_EQ(d.rec, nullptr);
-    }
-    expect_no_assertions();
+    const decoded d =
+        expect_decode_paths(hex(c.wire), LDP_MSG_HELLO, LDP_PreParseHelloMsg, LDP_DecodeHelloMsg, c.rc, c.rc);
+    LDP_FreeMessage(d.rec);
 }
 
 INSTANTIATE_TEST_SUITE_P(Hello, HelloWalk, ::testing::ValuesIn(kWalkCases),

@@ -68,24 +68,13 @@ TEST_P(InitWalk, PreParseDecoderAndEntry)
     const walk_case &c = GetParam();
     const bytes msg = init_msg(c.msg_len, c.tlvs);
     ASSERT_EQ(msg.size(), size_t(c.msg_len) + 4) << "test data";
-    EXPECT_EQ(LDP_PreParseInitMsg(msg.data()), c.pre_rc) << "pre-parse";
-
-    auto *rec = new_record<LDP_InitMsg>();
-    make_empty(&rec->stAtmSess.stRangeList);
-    make_empty(&rec->stFrSess.stRangeList);
-    make_empty(&rec->stCapList);
-    EXPECT_EQ(LDP_DecodeInitMsg(msg.data(), rec, kModule), c.dec_rc) << "decoder";
-    LDP_FreeMessage(rec);
-
-    const decoded d = decode(msg);
-    EXPECT_EQ(d.rc, c.pre_rc != LDP_OK ? c.pre_rc : c.dec_rc) << "LDP_Decode";
-    EXPECT_EQ(d.type, LDP_MSG_INIT);
-    if (d.rc == LDP_OK) {
-        LDP_FreeMessage(d.rec);
-    } else {
-        EXPECT_EQ(d.rec, nullptr);
-    }
-    expect_no_assertions();
+    const decoded d = expect_decode_paths<LDP_InitMsg>(msg, LDP_MSG_INIT, LDP_PreParseInitMsg, LDP_DecodeInitMsg,
+                                                       c.pre_rc, c.dec_rc, [](LDP_InitMsg *r) {
+                                                           make_empty(&r->stAtmSess.stRangeList);
+                                                           make_empty(&r->stFrSess.stRangeList);
+                                                           make_empty(&r->stCapList);
+                                                       });
+    LDP_FreeMessage(d.rec);
 }
 
 INSTANTIATE_TEST_SUITE_P(Init, InitWalk, ::testing::ValuesIn(kWalkCases),

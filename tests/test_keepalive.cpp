@@ -40,20 +40,11 @@ class KeepAliveWalk : public CodecTest, public ::testing::WithParamInterface<wal
 TEST_P(KeepAliveWalk, PreParseDecoderAndEntryAgree)
 {
     const walk_case &c = GetParam();
-    const bytes msg = hex(c.wire);
-
-    EXPECT_EQ(LDP_PreParseKeepAliveMsg(msg.data()), c.rc) << "pre-parse";
-
-    LDP_KeepAliveMsg rec = {};
-    EXPECT_EQ(LDP_DecodeKeepAliveMsg(msg.data(), &rec, kModule), c.rc) << "decoder";
-
-    const decoded d = decode(msg);
-    EXPECT_EQ(d.rc, c.rc) << "LDP_Decode";
-    if (d.rc == LDP_OK) {
-        LDP_FreeMessage(d.rec);
-    }
-    expect_no_assertions();
-    EXPECT_EQ(testplat::alloc_calls(), c.rc == LDP_OK ? 1u : 0u) << "only the record is allocated";
+    const decoded d = expect_decode_paths(hex(c.wire), LDP_MSG_KEEPALIVE, LDP_PreParseKeepAliveMsg,
+                                          LDP_DecodeKeepAliveMsg, c.rc, c.rc);
+    LDP_FreeMessage(d.rec);
+    // One record for the direct decoder call, one more when LDP_Decode keeps it.
+    EXPECT_EQ(testplat::alloc_calls(), c.rc == LDP_OK ? 2u : 1u) << "only the record is allocated";
 }
 
 INSTANTIATE_TEST_SUITE_P(KeepAlive, KeepAliveWalk, ::testing::ValuesIn(kWalkCases),

@@ -32,14 +32,11 @@ std::string cat(std::initializer_list<const char *> parts)
     return s;
 }
 
-// A record prepared as LDP_Decode prepares one, for calling the decoder directly.
-LDP_MappingMsg *prepared_mapping()
+// Lists set up as LDP_Decode sets them up, for calling the decoder directly.
+void prepare_mapping(LDP_MappingMsg *rec)
 {
-    auto *rec = new_record<LDP_MappingMsg>();
-    rec->stMsgHeader.usMsgType = LDP_MSG_LABEL_MAPPING;
     make_empty(&rec->stFecTlv.stFecList);
     make_empty(&rec->stUnknTlvList);
-    return rec;
 }
 
 struct walk_case {
@@ -54,19 +51,10 @@ class MappingWalk : public CodecTest, public ::testing::WithParamInterface<walk_
 TEST_P(MappingWalk, PreParseAndDecodeCodes)
 {
     const walk_case &c = GetParam();
-    EXPECT_EQ(LDP_PreParseMappingMsg(c.msg.data()), c.pre_parse) << "pre-parse";
-
-    // The decoder on its own, on a record prepared as LDP_Decode prepares it.
-    LDP_MappingMsg *rec = prepared_mapping();
-    EXPECT_EQ(LDP_DecodeMappingMsg(c.msg.data(), rec, kModule), c.decode) << "decoder";
-    LDP_FreeMessage(rec);
-
-    const decoded d = decode(c.msg);
-    EXPECT_EQ(d.rc, c.pre_parse != LDP_OK ? c.pre_parse : c.decode) << "LDP_Decode";
-    EXPECT_EQ(d.type, LDP_MSG_LABEL_MAPPING);
-    if (d.rec != nullptr) {
-        LDP_FreeMessage(d.rec);
-    }
+    const decoded d = expect_decode_paths<LDP_MappingMsg>(
+        c.msg, LDP_MSG_LABEL_MAPPING, LDP_PreParseMappingMsg, LDP_DecodeMappingMsg, c.pre_parse, c.decode,
+        prepare_mapping);
+    LDP_FreeMessage(d.rec);
 }
 
 const walk_case kWalkCases[] = {
@@ -195,7 +183,8 @@ TEST_F(MappingTest, AFailedMpStatusIsRetriedOnTheNextOne)
 
     // The decoder alone (the pre-parse refuses a bad first MP Status).
     const bytes msg = mapping(cat({kFecPrefix, kLabel, "09 6f 00 04 01 00 01 07 09 6f 00 04 01 00 01 01"}));
-    LDP_MappingMsg *rec = prepared_mapping();
+    auto *rec = new_record<LDP_MappingMsg>();
+    prepare_mapping(rec);
     EXPECT_EQ(LDP_DecodeMappingMsg(msg.data(), rec, kModule), LDP_OK);
     EXPECT_EQ(rec->ucOptFlags2 & LDP_MAP_OPT2_MP_STATUS, LDP_MAP_OPT2_MP_STATUS);
     EXPECT_EQ(rec->stMpStatusTlv.ucStatusCode, 1);

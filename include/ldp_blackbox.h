@@ -25,8 +25,8 @@ typedef void (*LDP_BlackboxFreeFunc)(void *pPayload, uint32_t ulArg);
 /* The header in front of every payload. The user only sees pPayload, and
  * every function taking a payload finds the header right in front of it. */
 typedef struct LDP_BlackRecord {
-    uint32_t ulSerial;   /* the ring's ulNextSerial when the record was added */
-    SYS_Systime stTime;  /* SYS_SystimeGet when the record was added */
+    uint32_t ulSerial;   /* given by LDP_AddBlackRecord */
+    SYS_Systime stTime;  /* taken by LDP_AddBlackRecord */
     void *pPayload;      /* the bytes right behind this header */
 } __attribute__((packed)) LDP_BlackRecord;
 

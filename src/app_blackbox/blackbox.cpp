@@ -55,6 +55,35 @@ void *hand_out(const LDP_BlackRecord *rec, uint32_t *index)
     return rec->pPayload;
 }
 
+// The first step of a walk: set the cursor for the steps to come and hand
+// out the record at index first, if there is one.
+void *start_walk(LDP_Blackbox *box, uint32_t *index, uint32_t *cursor, uint32_t next, uint32_t first)
+{
+    *cursor = next;
+    *index = no_index;
+    if (box->ulCapacity == 0) {
+        return nullptr;
+    }
+    const LDP_BlackRecord *rec = slot_at(box, first);
+    return rec != nullptr ? hand_out(rec, index) : nullptr;
+}
+
+// The record a walk's cursor names. Null arguments give none; so does a
+// cursor outside [head, tail), which still moves on by one, and a ring
+// without slots. Slots in that range hold records unless the user freed one
+// out of turn, which the walks do not allow for.
+const LDP_BlackRecord *at_cursor(LDP_Blackbox *box, const uint32_t *index, uint32_t *cursor)
+{
+    if (box == nullptr || index == nullptr || cursor == nullptr) {
+        return nullptr;
+    }
+    if (*cursor < box->ulHeadIndex || *cursor >= box->ulTailIndex) {
+        ++*cursor;
+        return nullptr;
+    }
+    return box->ulCapacity != 0 ? slot_at(box, *cursor) : nullptr;
+}
+
 } // namespace
 
 extern "C" LDP_API int32_t LDP_CreateBlackbox(LDP_Blackbox **ppstBox, uint32_t ulCapacity,
@@ -147,33 +176,18 @@ extern "C" LDP_API void *LDP_GetFirstBlackRecord(LDP_Blackbox *pstBox, uint32_t 
     if (pstBox == nullptr || pulIndex == nullptr || pulCursor == nullptr) {
         return nullptr;
     }
-    *pulCursor = pstBox->ulHeadIndex + 1;
-    *pulIndex = no_index;
-    if (pstBox->ulCapacity == 0) {
-        return nullptr;
-    }
-    const LDP_BlackRecord *rec = slot_at(pstBox, pstBox->ulHeadIndex);
-    return rec != nullptr ? hand_out(rec, pulIndex) : nullptr;
+    return start_walk(pstBox, pulIndex, pulCursor, pstBox->ulHeadIndex + 1, pstBox->ulHeadIndex);
 }
 
 extern "C" LDP_API void *LDP_GetNextBlackRecord(LDP_Blackbox *pstBox, uint32_t *pulIndex,
                                                 uint32_t *pulCursor)
 {
-    if (pstBox == nullptr || pulIndex == nullptr || pulCursor == nullptr) {
+    const LDP_BlackRecord *rec = at_cursor(pstBox, pulIndex, pulCursor);
+    if (rec == nullptr) {
         return nullptr;
     }
-    const uint32_t cursor = *pulCursor;
-    if (cursor < pstBox->ulHeadIndex || cursor >= pstBox->ulTailIndex) {
-        *pulCursor = cursor + 1;
-        return nullptr;
-    }
-    if (pstBox->ulCapacity == 0) {
-        return nullptr;
-    }
-    // Every slot between head and tail holds a record unless the user freed
-    // one out of turn, which the walk does not guard against.
-    *pulCursor = cursor + 1;
-    return hand_out(slot_at(pstBox, cursor), pulIndex);
+    ++*pulCursor;
+    return hand_out(rec, pulIndex);
 }
 
 extern "C" LDP_API void *LDP_GetFirstBlackRecordFromTail(LDP_Blackbox *pstBox, uint32_t *pulIndex,
@@ -184,39 +198,22 @@ extern "C" LDP_API void *LDP_GetFirstBlackRecordFromTail(LDP_Blackbox *pstBox, u
     }
     const uint32_t tail = pstBox->ulTailIndex;
     const uint32_t head = pstBox->ulHeadIndex;
-    if (tail >= 2) {
-        *pulCursor = tail - 2;
-    } else {
-        // One index used so far. With head 0 the cursor lands beyond the
-        // tail on purpose, which ends the walk at the next call.
-        *pulCursor = head != 0 ? head - 1 : 2;
-    }
-    *pulIndex = no_index;
-    if (pstBox->ulCapacity == 0) {
-        return nullptr;
-    }
-    const LDP_BlackRecord *rec = slot_at(pstBox, tail - 1);
-    return rec != nullptr ? hand_out(rec, pulIndex) : nullptr;
+    // With one index used so far and head 0 the cursor lands beyond the tail
+    // on purpose, which ends the walk at the next call.
+    const uint32_t cursor = tail >= 2 ? tail - 2 : (head != 0 ? head - 1 : 2);
+    return start_walk(pstBox, pulIndex, pulCursor, cursor, tail - 1);
 }
 
 extern "C" LDP_API void *LDP_GetNextBlackRecordFromTail(LDP_Blackbox *pstBox, uint32_t *pulIndex,
                                                         uint32_t *pulCursor)
 {
-    if (pstBox == nullptr || pulIndex == nullptr || pulCursor == nullptr) {
+    const LDP_BlackRecord *rec = at_cursor(pstBox, pulIndex, pulCursor);
+    if (rec == nullptr) {
         return nullptr;
     }
-    const uint32_t cursor = *pulCursor;
-    if (cursor < pstBox->ulHeadIndex || cursor >= pstBox->ulTailIndex) {
-        *pulCursor = cursor + 1;
-        return nullptr;
-    }
-    if (pstBox->ulCapacity == 0) {
-        return nullptr;
-    }
-    void *payload = hand_out(slot_at(pstBox, cursor), pulIndex);
     // Below index 0 there is nothing: jump past the tail to end the walk.
-    *pulCursor = cursor != 0 ? cursor - 1 : pstBox->ulTailIndex + 1;
-    return payload;
+    *pulCursor = *pulCursor != 0 ? *pulCursor - 1 : pstBox->ulTailIndex + 1;
+    return hand_out(rec, pulIndex);
 }
 
 extern "C" LDP_API void LDP_FreeBlackRecored(LDP_Blackbox *pstBox, void *pPayload, uint32_t ulArg)

@@ -1,5 +1,5 @@
-// Debug helpers: packet bytes as hexadecimal text, the first set bit of a
-// bitmap, and the release of a debug-condition record.
+// Debug helpers: a hex dump of packet bytes, a bitmap search, and freeing
+// what a debug condition owns.
 #include <cstdint>
 #include <cstring>
 

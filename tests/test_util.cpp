@@ -350,6 +350,11 @@ TEST_F(Blackbox, FillWrapAndOverwriteReleaseTheOldestWithTheAddersArgument)
     make(3, 3);
     g_aucPlatMemPt[2] = saved;
     EXPECT_EQ(testplat::last_partition(), 0x5A);
+    void *spare = LDP_AllocBlackRecord(box, 4);
+    EXPECT_EQ(id_of(spare), 0u) << "zero-filled";
+    EXPECT_EQ(testplat::modules_seen(), (ids{ldptest::kModule, ldptest::kModule}));
+    LDP_FreeBlackRecored(box, spare, 0); // never added: still the caller's to free
+    g_freed.clear();
     const frees want_freed[5] = {{}, {}, {}, {{0, 103}}, {{0, 103}, {1, 104}}};
     for (uint32_t k = 0; k < 5; ++k) {
         EXPECT_EQ(add(k), k);
@@ -392,6 +397,8 @@ TEST_F(Blackbox, MaximumBelowCapacityDropsOnePerAddition)
     EXPECT_EQ(LDP_GetBlackboxMaxCount(box), 1u);
     EXPECT_EQ(g_freed, (frees{{0, 102}, {1, 103}, {2, 55}}));
     EXPECT_EQ(walk(true), (ids{3}));
+    LDP_SetBlackboxMaxCount(box, 4, 0); // up to the capacity is fine
+    EXPECT_EQ(LDP_GetBlackboxMaxCount(box), 4u);
 }
 
 TEST_F(Blackbox, WalksOfAnEmptyAndAOneRecordRing)
@@ -404,8 +411,12 @@ TEST_F(Blackbox, WalksOfAnEmptyAndAOneRecordRing)
     EXPECT_EQ(LDP_GetFirstBlackRecord(box, &index, &cursor), nullptr);
     EXPECT_EQ(index, 0xFFFFFFFFu);
     add(0);
+    EXPECT_NE(LDP_GetFirstBlackRecordFromTail(box, &index, &cursor), nullptr);
+    EXPECT_EQ(cursor, 2u) << "beyond the tail: the next call ends the walk";
     EXPECT_EQ(walk(true), (ids{0}));
     EXPECT_EQ(walk(false), (ids{0}));
+    add(1);
+    EXPECT_EQ(walk(true), (ids{1, 0}));
     for (auto *f : {LDP_GetFirstBlackRecord, LDP_GetNextBlackRecord, LDP_GetFirstBlackRecordFromTail,
                     LDP_GetNextBlackRecordFromTail}) {
         cursor = 0;

@@ -11,6 +11,8 @@
 #include "ldp_session.h"
 #include "ldp_fec.h"
 #include "ldp_label.h"
+#include "ldp_util.h"
+#include "ldp_blackbox.h"
 
 #ifdef __cplusplus
 extern "C" {

@@ -16,7 +16,8 @@ foreach(line IN LISTS lines)
 endforeach()
 
 execute_process(COMMAND ${NM} -D --undefined-only ${LIB} OUTPUT_VARIABLE undefined)
-foreach(sym PLAT_SimpleAlloc_F PLAT_Free_F PLAT_Assert SYS_Int32ToStr memcpy_s memset_s)
+foreach(sym PLAT_SimpleAlloc_F PLAT_Malloc_F PLAT_Free_F PLAT_Assert SYS_Int32ToStr SYS_SystimeGet
+            SYS_MemCmp memcpy_s memset_s snprintf_truncated_s g_aucPlatMemPt)
   if(NOT undefined MATCHES " ${sym}\n")
     message(FATAL_ERROR "${sym} is not imported by ${LIB}")
   endif()

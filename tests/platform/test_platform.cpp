@@ -27,6 +27,8 @@ struct state {
     int fail_memcpy_code = 0;
     bool odd = false;
     bool echo = false;
+    uint8_t clock = 1;
+    uint8_t partition = 0;
     std::vector<uint32_t> modules;
     std::vector<std::string> files;
     std::vector<assertion> asserts;
@@ -71,6 +73,7 @@ void reset()
     s.fail_memcpy = 0;
     s.fail_memcpy_code = 0;
     s.odd = false;
+    s.clock = 1;
     s.modules.clear();
     s.files.clear();
     s.asserts.clear();
@@ -103,6 +106,8 @@ void fail_memcpy_at(size_t n, int code)
 size_t memcpy_calls() { return st().memcpy_calls; }
 void odd_addresses(bool on) { st().odd = on; }
 void stderr_asserts(bool on) { st().echo = on; }
+void set_clock(uint8_t first) { st().clock = first; }
+uint8_t last_partition() { return st().partition; }
 const std::vector<assertion> &assertions() { return st().asserts; }
 
 } // namespace testplat
@@ -125,8 +130,8 @@ void *PLAT_SimpleAlloc_F(uint32_t ulMemModuleId, uint32_t ulSize, const char *pc
 void *PLAT_Malloc_F(uint32_t ulMemModuleId, uint8_t ucPartition, uint32_t ulSize, const char *pcFile,
                     uint32_t ulLine)
 {
-    (void)ucPartition;
     (void)ulLine;
+    st().partition = ucPartition;
     return testplat::take(ulMemModuleId, ulSize, pcFile);
 }
 
@@ -161,14 +166,22 @@ void SYS_SystimeGet(SYS_Systime *pstTime)
 {
     // A fixed, recognisable time keeps records comparable in tests.
     for (uint8_t i = 0; i < sizeof pstTime->aucTime; ++i) {
-        pstTime->aucTime[i] = uint8_t(i + 1);
+        pstTime->aucTime[i] = uint8_t(st().clock + i);
     }
 }
 
 int32_t SYS_MemCmp(const void *p1, const void *p2, uint32_t ulLen)
 {
-    const int r = std::memcmp(p1, p2, ulLen);
-    return r < 0 ? -1 : (r > 0 ? 1 : 0);
+    // The difference of the first unequal bytes, as many C libraries give it:
+    // callers must rely on the sign only.
+    const auto *a = static_cast<const uint8_t *>(p1);
+    const auto *b = static_cast<const uint8_t *>(p2);
+    for (uint32_t i = 0; i < ulLen; ++i) {
+        if (a[i] != b[i]) {
+            return int32_t(a[i]) - int32_t(b[i]);
+        }
+    }
+    return 0;
 }
 
 int memcpy_s(void *pDst, size_t ulDstMax, const void *pSrc, size_t ulCount)

@@ -39,6 +39,8 @@ void fail_memcpy_at(size_t n, int code); // the n-th memcpy_s from now returns c
 size_t memcpy_calls();
 void odd_addresses(bool on);            // blocks start at odd addresses while on
 void stderr_asserts(bool on);           // echo assertions on stderr (off by default)
+void set_clock(uint8_t first);          // SYS_SystimeGet gives bytes first, first + 1, ... (reset: 1)
+uint8_t last_partition();               // partition of the last PLAT_Malloc_F call
 
 const std::vector<assertion> &assertions();
 

@@ -276,8 +276,8 @@ typedef struct LDP_NotifyMsg {
  * LDP_STATUS_BAD_MSG_LEN; LDP_STATUS_MALFORMED_TLV (a bad Status TLV, or the
  * first of a known optional TLV with a bad length or MP Status value); the
  * FEC TLV pre-parse codes (LDP_STATUS_UNKNOWN_FEC, LDP_STATUS_UNSUPPORTED_AF,
- * ...); LDP_STOP_WALK for status data 40, or for a pseudowire FEC element
- * when the status data is 40 (with other status data it is tolerated). */
+ * ...), except that a pseudowire FEC element is tolerated; LDP_STOP_WALK when
+ * the status data is 40. */
 LDP_API uint32_t LDP_PreParseNotifMsg(const uint8_t *pucMsg);
 /* Fill pMsgRecord (zeroed, its FEC list empty) from the wire message. Returns
  * the pre-parse codes, and also LDP_STATUS_INTERNAL_ERROR when the Returned

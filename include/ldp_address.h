@@ -51,9 +51,10 @@ typedef struct LDP_AddressMsg {
 #define LDP_ADDRWD_FEC       0x02u /* FEC TLV present */
 #define LDP_ADDRWD_ADDR_LIST 0x04u /* Address List TLV decoded (the encoder goes by usTlvLen instead) */
 
-/* Address Withdraw: an Address List TLV, and optionally a FEC TLV and a MAC
- * List TLV (RFC 4762). A received MAC List TLV, or a well-formed FEC TLV,
- * ends the walk with LDP_STOP_WALK for the caller to handle. */
+/* Address Withdraw: addresses to withdraw, optionally narrowed by a FEC TLV,
+ * and for RFC 4762 VPLS a list of MAC addresses. Decoding stops with
+ * LDP_STOP_WALK at any MAC List, and at a FEC TLV that checks out, leaving
+ * both to the caller. */
 typedef struct LDP_AddressWithdrawMsg {
     LDP_MsgHeader stMsgHeader;
     LDP_TlvHeader stAddrListTlv;
@@ -103,7 +104,7 @@ LDP_API uint32_t LDP_EncodeMacListTLV(uint8_t *pucBuf, LDP_MacListTlv *pstMacLis
  * pulAddrList whatever the result. */
 LDP_API uint32_t LDP_PreParseAddrMsg(const uint8_t *pucMsg);
 LDP_API uint32_t LDP_DecodeAddrMsg(const uint8_t *pucMsg, LDP_AddressMsg *pMsgRecord, uint32_t ulMemModuleId);
-/* The decoder's walk over the TLVs after the first Address List: pucNext is
+/* What LDP_DecodeAddrMsg runs once the leading Address List is read: pucNext is
  * the next TLV on the wire, usPos its position in message-length units (the
  * message ID counts), usMsgLen the message length. Each header is read into
  * *pstScratchTlv. bIpv4Held says an IPv4 list is already held; until one

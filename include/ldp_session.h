@@ -282,8 +282,8 @@ LDP_API uint32_t LDP_PreParseNotifMsg(const uint8_t *pucMsg);
 /* Fill pMsgRecord (zeroed, its FEC list empty) from the wire message. Returns
  * the pre-parse codes, and also LDP_STATUS_INTERNAL_ERROR when the Returned
  * PDU or Returned Message copy cannot be allocated, LDP_ERR_NO_MEMORY when a
- * PW buffer or FEC element cannot, and the code of a failed MP Status TLV
- * when no later FEC TLV follows it. On LDP_STOP_WALK the record holds what
+ * PW buffer or FEC element cannot, and LDP_ERR_PARAM for an MP Status TLV
+ * the MP Status decoder refuses, when no later FEC TLV follows it. On LDP_STOP_WALK the record holds what
  * was read up to the point the walk stopped. Whatever the result, the record
  * owns what it holds and is released with LDP_FreeMessage. */
 LDP_API uint32_t LDP_DecodeNotifMsg(const uint8_t *pucMsg, LDP_NotifyMsg *pMsgRecord, uint32_t ulMemModuleId);

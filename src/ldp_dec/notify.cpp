@@ -13,6 +13,16 @@
 
 using namespace ldp;
 
+namespace {
+
+// Status data 40 is the RFC 4447 PW status, whatever the E and F bits say.
+bool is_pw_status(const LDP_StatusTlv &st)
+{
+    return (st.ulStatusCode & LDP_STATUS_DATA_MASK) == LDP_STATUS_DATA_PW_STATUS;
+}
+
+} // namespace
+
 extern "C" LDP_API uint32_t LDP_DecodeStatusTlv(const uint8_t *pucValue, LDP_StatusTlv *pstStatus)
 {
     if (pucValue == nullptr || pstStatus == nullptr) {
@@ -27,7 +37,7 @@ extern "C" LDP_API uint32_t LDP_DecodeStatusTlv(const uint8_t *pucValue, LDP_Sta
     pstStatus->ulStatusMsgId = wire::to_host32(pstStatus->ulStatusMsgId);
     pstStatus->usStatusMsgType = wire::to_host16(pstStatus->usStatusMsgType);
     // A pseudowire status is the caller's business; the record is filled anyway.
-    if ((pstStatus->ulStatusCode & LDP_STATUS_DATA_MASK) == LDP_STATUS_DATA_PW_STATUS) {
+    if (is_pw_status(*pstStatus)) {
         return LDP_STOP_WALK;
     }
     return LDP_OK;
@@ -42,11 +52,6 @@ constexpr uint16_t kRetMsgMinLen = 4;   // at least a message type and length
 constexpr uint16_t kLspIdLen = 8;
 
 uint16_t masked(const LDP_TlvHeader &tlv) { return tlv.usTlvType & LDP_TLV_TYPE_MASK; }
-
-bool is_pw_status(const LDP_StatusTlv &st)
-{
-    return (st.ulStatusCode & LDP_STATUS_DATA_MASK) == LDP_STATUS_DATA_PW_STATUS;
-}
 
 // The opening both walks share: the message must hold a Status TLV and open
 // with it. On LDP_OK the cursor stands after the Status TLV, which is stored

@@ -5,11 +5,35 @@
 #                       errors, each running the whole suite: GCC; Clang with
 #                       ASan+UBSan and a short fuzz run; GCC with ASan+UBSan;
 #                       32-bit ARM cross-built and run under qemu
+# Each step prints one line; the full output of a failing step follows it,
+# and every step's log stays in build/logs/.
 set -euo pipefail
 cd "$(dirname "$0")"
 
 PACKAGES=(cmake ninja-build g++ clang binutils libgtest-dev libgmock-dev libbenchmark-dev
           googletest g++-arm-linux-gnueabihf qemu-user tshark)
+LOGS=build/logs
+mkdir -p "$LOGS"
+
+# step NAME COMMAND...: run quietly; on failure show the log and stop.
+step() {
+    local name=$1 start=$SECONDS log="$LOGS/$1.log"
+    shift
+    if "$@" >"$log" 2>&1; then
+        echo "ok   $name ($((SECONDS - start)) s)$(summary "$log")"
+    else
+        echo "FAIL $name ($((SECONDS - start)) s), log: $log"
+        # Passing tests are noise next to a failure.
+        grep -Ev '^ *[0-9]+/[0-9]+ Test +#[0-9]+: .* Passed' "$log" | tail -n 400
+        exit 1
+    fi
+}
+
+summary() {
+    local line
+    line=$(grep -Eo '[0-9]+% tests passed, [0-9]+ tests failed out of [0-9]+' "$1" | tail -1) || true
+    [ -z "$line" ] || echo ": $line"
+}
 
 install_missing() {
     local missing=()
@@ -17,11 +41,10 @@ install_missing() {
         dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
     done
     if ((${#missing[@]})); then
-        echo "== installing: ${missing[*]}"
         local sudo=()
         [ "$(id -u)" -eq 0 ] || sudo=(sudo)
-        "${sudo[@]}" apt-get update -q
-        DEBIAN_FRONTEND=noninteractive "${sudo[@]}" apt-get install -y -q --no-install-recommends "${missing[@]}"
+        step "install ${missing[*]}" bash -c "${sudo[*]} apt-get update -q &&
+            DEBIAN_FRONTEND=noninteractive ${sudo[*]} apt-get install -y -q --no-install-recommends ${missing[*]}"
     fi
 }
 
@@ -29,14 +52,12 @@ install_missing() {
 build() {
     local name=$1 cc=$2 cxx=$3
     shift 3
-    echo "== build $name ($cxx)"
-    cmake -S . -B "build/$name" -G Ninja -DCMAKE_C_COMPILER="$cc" -DCMAKE_CXX_COMPILER="$cxx" "$@" >/dev/null
-    cmake --build "build/$name" -j2
+    step "build $name" bash -c 'cmake -S . -B "build/$0" -G Ninja -DCMAKE_C_COMPILER="$1" -DCMAKE_CXX_COMPILER="$2" "${@:3}" &&
+        cmake --build "build/$0" -j2' "$name" "$cc" "$cxx" "$@"
 }
 
 run_tests() {
-    echo "== test $1"
-    ctest --test-dir "build/$1" -j2 --output-on-failure
+    step "test $1" ctest --test-dir "build/$1" -j2 --output-on-failure
 }
 
 case "${1:-}" in

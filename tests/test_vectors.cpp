@@ -55,6 +55,12 @@ protected:
                               !(c.entry_only && c.entry == LDP_STATUS_BAD_MSG_LEN);
         EXPECT_EQ(d.type, reported ? type : kUntouched) << "reported type";
         EXPECT_EQ(assertion_files(), c.asserts) << "assertions";
+        for (const uint32_t module : testplat::modules_seen()) {
+            EXPECT_EQ(module, kModule) << "the caller's memory module on every allocation";
+        }
+        for (const std::string &file : testplat::alloc_files()) {
+            EXPECT_EQ(file, "ldp_dec") << "decode allocations name the decoder";
+        }
         for (const auto &[name, want] : c.fields) {
             if (d.rec != nullptr) {
                 EXPECT_EQ(check_field(type, d.rec, name, want), "");

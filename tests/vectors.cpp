@@ -201,7 +201,7 @@ void load_file(const std::filesystem::path &path, std::vector<vec_case> &out)
             std::istringstream r(rest);
             parse_rc(*cur, r);
         } else if (key == "buflen") {
-            cur->buf_len = std::stol(rest, nullptr, 0);
+            cur->buf_len = std::stoll(rest, nullptr, 0);
         } else if (key == "short" || key == "nomem") {
             std::istringstream r(rest);
             std::string w;

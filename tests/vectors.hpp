@@ -19,7 +19,7 @@ struct vec_case {
     uint32_t pre = LDP_OK;    // pre-parse
     uint32_t dec = LDP_OK;    // decoder
     uint32_t entry = LDP_OK;  // LDP_Decode
-    long buf_len = -1;        // LDP_Decode's ulBufLen; -1: msg.size()
+    long long buf_len = -1;   // LDP_Decode's ulBufLen; -1: msg.size()
     bool has_enc = false;
     bytes enc;
     uint32_t short_rc = LDP_ERR_PARAM;

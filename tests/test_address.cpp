@@ -43,7 +43,6 @@ TEST_F(AddressTest, AddressListPreParse)
         const bytes v = hex(std::string(c.value) + " ff"); // one byte more, so even "" has a pointer
         EXPECT_EQ(LDP_PreParseAddrListTlv(v.data(), uint16_t(v.size() - 1)), c.rc) << c.value;
     }
-    EXPECT_EQ(LDP_PreParseAddrListTlv(nullptr, 0), LDP_ERR_PARAM);
 }
 
 TEST_F(AddressTest, AddressListDecoderDirect)
@@ -51,8 +50,6 @@ TEST_F(AddressTest, AddressListDecoderDirect)
     const bytes v = hex("00 03 0a 00 00 01");
     LDP_AddrListTlv list = {};
     list.stAddrListTlv = {LDP_TLV_ADDRESS_LIST, 6};
-    EXPECT_EQ(LDP_DecodeAddrListTlv(nullptr, &list, kModule), LDP_ERR_PARAM);
-    EXPECT_EQ(LDP_DecodeAddrListTlv(v.data(), nullptr, kModule), LDP_ERR_PARAM);
     // An unknown family is refused after the array is allocated; it stays for the release.
     EXPECT_EQ(LDP_DecodeAddrListTlv(v.data(), &list, kModule), LDP_STATUS_UNSUPPORTED_AF);
     EXPECT_EQ(list.usAddrFamily, 3u);
@@ -88,7 +85,6 @@ TEST_F(AddressTest, FollowingTlvWalkDirect)
     ASSERT_NE(rec.pulAddrList, nullptr);
     EXPECT_EQ(u32_at(rec.pulAddrList, 1), 0x0a010201u);
     LDP_MemFreeCallBack(rec.pulAddrList);
-    EXPECT_EQ(LDP_DecodeAddrMsgForOtherTLV(msg.data() + 18, &rec, kModule, 14, 28, nullptr, false), LDP_ERR_PARAM);
 }
 
 TEST_F(AddressTest, AddressListEncoder)
@@ -109,7 +105,6 @@ TEST_F(AddressTest, AddressListEncoder)
     testplat::reset();
     list = {{LDP_TLV_ADDRESS_LIST, 6}, LDP_AF_IPV4, nullptr, 1};
     EXPECT_EQ(LDP_EncodeAddrListTlv(out, &list, 0, 22), LDP_ERR_PARAM);
-    EXPECT_EQ(LDP_EncodeAddrListTlv(nullptr, &list, 0, 22), LDP_ERR_PARAM);
     expect_no_assertions();
 }
 
@@ -234,8 +229,6 @@ TEST_F(AddressTest, ReleaseChecksTheType)
     EXPECT_EQ(rec->pucMacList, nullptr);
     EXPECT_TRUE(is_empty(rec->stFecTlv.stFecList));
     EXPECT_EQ(testplat::live_blocks(), 1u);
-    LDP_FreeAddressWithdrawMsg(nullptr);
-    LDP_FreeAddressMsg(nullptr);
     LDP_FreeMessage(rec);
 }
 

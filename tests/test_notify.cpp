@@ -19,8 +19,6 @@ TEST_F(NotifyTest, StatusTlvDecoder)
 {
     const bytes v = hex("c0 00 00 28 00 00 01 02 04 04");
     LDP_StatusTlv st = status_tlv(10);
-    EXPECT_EQ(LDP_DecodeStatusTlv(nullptr, &st), LDP_ERR_PARAM);
-    EXPECT_EQ(LDP_DecodeStatusTlv(v.data(), nullptr), LDP_ERR_PARAM);
     // The PW status is handed on, with the record filled all the same.
     EXPECT_EQ(LDP_DecodeStatusTlv(v.data(), &st), LDP_STOP_WALK);
     EXPECT_EQ(st.ulStatusCode, 0xc0000028u);
@@ -36,10 +34,7 @@ TEST_F(NotifyTest, StatusTlvDecoder)
 TEST_F(NotifyTest, StatusTlvEncoderNeedsRoomForEachField)
 {
     uint8_t out[14] = {};
-    LDP_StatusTlv st = status_tlv(10);
-    EXPECT_EQ(LDP_EncodeStatusTlv(nullptr, &st, 0, 14), LDP_ERR_PARAM);
-    EXPECT_EQ(LDP_EncodeStatusTlv(out, nullptr, 0, 14), LDP_ERR_PARAM);
-    expect_no_assertions();
+    LDP_StatusTlv st;
     for (uint16_t room = 0; room < 14; ++room) {
         testplat::reset();
         st = {{LDP_TLV_STATUS, 10}, 0x8000000a, 7, 0x0100};
@@ -140,7 +135,6 @@ TEST_F(NotifyTest, ReleaseFreesBuffersButLeavesSomeBits)
     rec->ucNotifFlags = 0xff;
     LDP_FreeNotifyMsg(rec);
     EXPECT_EQ(rec->ucNotifFlags, 0xffu);
-    LDP_FreeNotifyMsg(nullptr);
     LDP_FreeMessage(rec);
 }
 

@@ -11,6 +11,7 @@
 #include "ldp_session.h"
 #include "ldp_fec.h"
 #include "ldp_label.h"
+#include "ldp_address.h"
 #include "ldp_util.h"
 #include "ldp_blackbox.h"
 

@@ -250,6 +250,12 @@ TEST_F(EntryTest, NullPointersAreRefused)
     expect_null_refused("LDP_EncodePathVectorTlv", LDP_EncodePathVectorTlv, true); // it asserts, unlike the others
     NULLS(LDP_EncodeLSPIdTlv), NULLS(LDP_EncodeLSPIdERHopTlv);
     NULLS(LDP_EncodeTrafficTlv), NULLS(LDP_EncodeERTlv), NULLS(LDP_DecodeUnknownTlv), NULLS(LDP_ProcUnknTlvList);
+    NULLS(LDP_DecodeStatusTlv), NULLS(LDP_EncodeStatusTlv), NULLS(LDP_PreParseNotifMsg);
+    NULLS(LDP_DecodeNotifMsg), NULLS(LDP_EncodeNotifMsg), NULLS(LDP_FreeNotifyMsg);
+    NULLS(LDP_PreParseAddrListTlv), NULLS(LDP_DecodeAddrListTlv), NULLS(LDP_EncodeAddrListTlv);
+    NULLS(LDP_EncodeMacListTLV), NULLS(LDP_PreParseAddrMsg), NULLS(LDP_DecodeAddrMsg), NULLS(LDP_EncodeAddrMsg);
+    NULLS(LDP_DecodeAddrMsgForOtherTLV), NULLS(LDP_FreeAddressMsg), NULLS(LDP_PreParseAddrWithdrawMsg);
+    NULLS(LDP_DecodeAddrWithdrawMsg), NULLS(LDP_EncodeAddrWithdrawMsg), NULLS(LDP_FreeAddressWithdrawMsg);
     NULLS(LDP_EncodeMsgHeader);
 }
 

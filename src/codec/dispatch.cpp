@@ -6,7 +6,10 @@ namespace ldp {
 namespace {
 
 constexpr msg_ops kTable[] = {
-    {LDP_MSG_NOTIFICATION, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_NOTIFICATION, sizeof(LDP_NotifyMsg), 1,
+     {uint16_t(offsetof(LDP_NotifyMsg, stFecTlv) + offsetof(LDP_FecTlv, stFecList))},
+     LDP_PreParseNotifMsg, decode_as<LDP_NotifyMsg, LDP_DecodeNotifMsg>,
+     encode_as<LDP_NotifyMsg, LDP_EncodeNotifMsg>, release_as<LDP_NotifyMsg, LDP_FreeNotifyMsg>},
     {LDP_MSG_HELLO, sizeof(LDP_HelloMsg), 0, {}, LDP_PreParseHelloMsg,
      decode_as<LDP_HelloMsg, LDP_DecodeHelloMsg>, encode_as<LDP_HelloMsg, LDP_EncodeHelloMsg>,
      nullptr},
@@ -27,8 +30,14 @@ constexpr msg_ops kTable[] = {
      LDP_PreParseCapabilityMsg, decode_as<LDP_CapabilityMsg, LDP_DecodeCapabilityMsg>,
      encode_as<LDP_CapabilityMsg, LDP_EncodeCapabilityMsg>,
      release_as<LDP_CapabilityMsg, LDP_FreeCapabilityMsg>},
-    {LDP_MSG_ADDRESS, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
-    {LDP_MSG_ADDRESS_WITHDRAW, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_ADDRESS, sizeof(LDP_AddressMsg), 0, {}, LDP_PreParseAddrMsg,
+     decode_as<LDP_AddressMsg, LDP_DecodeAddrMsg>, encode_as<LDP_AddressMsg, LDP_EncodeAddrMsg>,
+     release_as<LDP_AddressMsg, LDP_FreeAddressMsg>},
+    {LDP_MSG_ADDRESS_WITHDRAW, sizeof(LDP_AddressWithdrawMsg), 1,
+     {uint16_t(offsetof(LDP_AddressWithdrawMsg, stFecTlv) + offsetof(LDP_FecTlv, stFecList))},
+     LDP_PreParseAddrWithdrawMsg, decode_as<LDP_AddressWithdrawMsg, LDP_DecodeAddrWithdrawMsg>,
+     encode_as<LDP_AddressWithdrawMsg, LDP_EncodeAddrWithdrawMsg>,
+     release_as<LDP_AddressWithdrawMsg, LDP_FreeAddressWithdrawMsg>},
     {LDP_MSG_LABEL_MAPPING, sizeof(LDP_LabelMappingMsg), 2,
      {uint16_t(offsetof(LDP_LabelMappingMsg, stFecTlv) + offsetof(LDP_FecTlv, stFecList)),
       uint16_t(offsetof(LDP_LabelMappingMsg, stUnknTlvList))},

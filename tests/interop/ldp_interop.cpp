@@ -133,6 +133,16 @@ std::string expected_line(uint32_t type, const void *rec)
             reqid = id;
         }
         fec_values(m.stFecTlv, prefixes, hosts);
+    } else if (type == LDP_MSG_NOTIFICATION) {
+        const auto &m = *static_cast<const LDP_NotifyMsg *>(rec);
+        if (m.ucNotifFlags & LDP_NOTIF_LABEL_REQ_ID) {
+            char id[16];
+            std::snprintf(id, sizeof id, "0x%08x", m.ulLabelReqMsgId);
+            reqid = id;
+        }
+        if (m.ucNotifFlags & LDP_NOTIF_FEC) {
+            fec_values(m.stFecTlv, prefixes, hosts);
+        }
     }
     return std::string(head) + "|" + hold + "|" + taddr + "|" + ka + "|" + rxlsr + "|" + label + "|" + hops +
            "|" + reqid + "|" + prefixes + "|" + hosts;

@@ -67,6 +67,15 @@ void print_record(std::FILE *out, uint32_t type, const void *rec)
     case LDP_MSG_CAPABILITY:
         print_session_record(out, type, rec);
         break;
+    case LDP_MSG_NOTIFICATION:
+        print_notify(out, static_cast<const LDP_NotifyMsg *>(rec));
+        break;
+    case LDP_MSG_ADDRESS:
+        print_address(out, static_cast<const LDP_AddressMsg *>(rec));
+        break;
+    case LDP_MSG_ADDRESS_WITHDRAW:
+        print_address_withdraw(out, static_cast<const LDP_AddressWithdrawMsg *>(rec));
+        break;
     case LDP_MSG_LABEL_MAPPING:
         print_mapping(out, static_cast<const LDP_MappingMsg *>(rec));
         break;

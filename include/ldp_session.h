@@ -1,9 +1,11 @@
 /* Session messages: Hello, Initialization (with its session parameter and
- * Capability Parameter TLVs), KeepAlive and Capability. Include ldp_codec.h
- * rather than this file. */
+ * Capability Parameter TLVs), KeepAlive, Capability and Notification with
+ * the Status TLV. Include ldp_codec.h rather than this file. */
 #ifndef LDP_SESSION_H
 #define LDP_SESSION_H
 
+#include "ldp_fec.h"
+#include "ldp_label.h"
 #include "ldp_types.h"
 
 #ifdef __cplusplus
@@ -194,6 +196,111 @@ LDP_API uint32_t LDP_EncodeCapabilityMsg(uint8_t *pucBuf, LDP_CapabilityMsg *pMs
                                          uint32_t ulMemModuleId, uint16_t usRoom);
 /* Releases the elements, not the record; nothing unless it is a Capability message. */
 LDP_API void LDP_FreeCapabilityMsg(LDP_CapabilityMsg *pMsgRecord);
+
+
+/* --- Status TLV (0x0300, RFC 5036 section 3.4.6) ---------------------------
+ * Carried by the Notification and the Label Release message. */
+#define LDP_STATUS_E_BIT      0x80000000u /* ulStatusCode: fatal error */
+#define LDP_STATUS_F_BIT      0x40000000u /* ulStatusCode: forward the notification */
+#define LDP_STATUS_DATA_MASK  0x3FFFFFFFu /* ulStatusCode: the status data */
+/* Status data that the library leaves to its caller: the pseudowire status
+ * code of RFC 4447. Decoding a Status TLV with it yields LDP_STOP_WALK. */
+#define LDP_STATUS_DATA_PW_STATUS 40u
+#define LDP_STATUS_TLV_LEN    10u         /* the only value length accepted */
+
+typedef struct LDP_StatusTlv {
+    LDP_TlvHeader stTlvHeader;
+    uint32_t ulStatusCode;    /* E bit, F bit, 30-bit status data; host order */
+    uint32_t ulStatusMsgId;   /* ID of the message the status is about, or 0 */
+    uint16_t usStatusMsgType; /* that message's type, or 0 */
+} __attribute__((packed)) LDP_StatusTlv;
+
+/* Decode the 10 value bytes at pucValue into pstStatus, whose stTlvHeader the
+ * caller has already filled (usTlvLen decides). Allocates nothing.
+ * Returns LDP_OK; LDP_ERR_PARAM for a null pointer; LDP_STATUS_MALFORMED_TLV
+ * when usTlvLen is not 10; LDP_STOP_WALK when the status data is 40 (the
+ * pseudowire status, whatever the E and F bits), with the record filled. */
+LDP_API uint32_t LDP_DecodeStatusTlv(const uint8_t *pucValue, LDP_StatusTlv *pstStatus);
+/* Write the Status TLV at pucBuf: the header as the record holds it (the
+ * caller sets type and length 10), then the three value fields. The value
+ * fields are left in network order in the record, so it encodes once.
+ * ulMemModuleId is not used. Returns LDP_OK; LDP_ERR_PARAM for a null
+ * pointer, or with an assertion when usRoom cannot hold the next item. */
+LDP_API uint32_t LDP_EncodeStatusTlv(uint8_t *pucBuf, LDP_StatusTlv *pstStatus, uint32_t ulMemModuleId,
+                                     uint16_t usRoom);
+
+/* --- Notification (0x0001, RFC 5036 section 3.5.1) ------------------------
+ * The Status TLV is mandatory and comes first. Each optional TLV below is
+ * kept once, on its first occurrence (later copies and unknown TLVs are
+ * skipped whatever their U bit); its presence bit tells which are held, and
+ * the encoder writes exactly the flagged ones. The record owns pucRetPdu,
+ * pucRetMsg, pucPwStatus, pucPwIfParam and the FEC elements; the PW status
+ * and PW interface parameter values (RFC 4447) are kept as received. */
+#define LDP_NOTIF_EXT_STATUS   0x01u /* ucNotifFlags */
+#define LDP_NOTIF_RET_PDU      0x02u
+#define LDP_NOTIF_RET_MSG      0x04u
+#define LDP_NOTIF_LSPID        0x08u
+#define LDP_NOTIF_LABEL_REQ_ID 0x10u
+#define LDP_NOTIF_FEC          0x20u
+#define LDP_NOTIF_PW_STATUS    0x40u
+#define LDP_NOTIF_PW_IF_PARAM  0x80u
+#define LDP_NOTIF2_MP_STATUS   0x01u /* ucNotifFlags2 */
+#define LDP_NOTIF2_LABEL       0x02u
+
+typedef struct LDP_NotifyMsg {
+    LDP_MsgHeader stMsgHeader;
+    LDP_StatusTlv stStatusTlv;
+    LDP_TlvHeader stExtStatusTlv;  /* Extended Status (0x0301) */
+    uint32_t ulExtStatus;
+    LDP_TlvHeader stRetPduTlv;     /* Returned PDU (0x0302) */
+    uint8_t *pucRetPdu;            /* usTlvLen bytes as received */
+    LDP_TlvHeader stRetMsgTlv;     /* Returned Message (0x0303) */
+    uint8_t *pucRetMsg;            /* usTlvLen bytes as received */
+    LDP_LspIdTlv stLspIdTlv;       /* LSPID (0x0821, RFC 3212) */
+    LDP_TlvHeader stLabelReqIdTlv; /* Label Request Message ID (0x0600) */
+    uint32_t ulLabelReqMsgId;
+    LDP_FecTlv stFecTlv;           /* FEC (0x0100) */
+    LDP_TlvHeader stPwStatusTlv;   /* PW Status (0x096A) */
+    uint8_t *pucPwStatus;          /* the 4-byte status word as received */
+    LDP_TlvHeader stPwIfParamTlv;  /* PW Interface Parameters (0x096B) */
+    uint8_t *pucPwIfParam;         /* usTlvLen bytes as received */
+    LDP_MpStatusTlv stMpStatusTlv; /* MP Status (0x096F, RFC 6388) */
+    LDP_LabelTlv stLabelTlv;       /* Generic Label (0x0200) */
+    uint8_t ucNotifFlags;          /* LDP_NOTIF_* */
+    uint8_t ucNotifFlags2;         /* LDP_NOTIF2_* */
+} __attribute__((packed)) LDP_NotifyMsg;
+
+/* Check a Notification on the wire without allocating. Returns LDP_OK;
+ * LDP_ERR_PARAM (null); LDP_STATUS_MISSING_MSG_PARAMS (shorter than a Status
+ * TLV, or the first TLV is not one); LDP_STATUS_BAD_TLV_LEN;
+ * LDP_STATUS_BAD_MSG_LEN; LDP_STATUS_MALFORMED_TLV (a bad Status TLV, or the
+ * first of a known optional TLV with a bad length or MP Status value); the
+ * FEC TLV pre-parse codes (LDP_STATUS_UNKNOWN_FEC, LDP_STATUS_UNSUPPORTED_AF,
+ * ...), except that a pseudowire FEC element is tolerated; LDP_STOP_WALK when
+ * the status data is 40. */
+LDP_API uint32_t LDP_PreParseNotifMsg(const uint8_t *pucMsg);
+/* Fill pMsgRecord (zeroed, its FEC list empty) from the wire message. Returns
+ * the pre-parse codes, and also LDP_STATUS_INTERNAL_ERROR when the Returned
+ * PDU or Returned Message copy cannot be allocated, LDP_ERR_NO_MEMORY when a
+ * PW buffer or FEC element cannot, and the code of a failed MP Status TLV
+ * when no later FEC TLV follows it. On LDP_STOP_WALK the record holds what
+ * was read up to the point the walk stopped. Whatever the result, the record
+ * owns what it holds and is released with LDP_FreeMessage. */
+LDP_API uint32_t LDP_DecodeNotifMsg(const uint8_t *pucMsg, LDP_NotifyMsg *pMsgRecord, uint32_t ulMemModuleId);
+/* Write the message header, the Status TLV and then the flagged TLVs in a
+ * fixed order: Returned PDU, Returned Message, Extended Status, LSPID, Label
+ * Request Message ID, PW Status, MP Status, FEC, PW Interface Parameters,
+ * Label. The caller sets every length. The record is consumed (fields left
+ * in network order, FEC elements released). Returns LDP_OK, or LDP_ERR_PARAM
+ * for a null pointer, a message length the encoders refuse, or too little
+ * room (with an assertion). */
+LDP_API uint32_t LDP_EncodeNotifMsg(uint8_t *pucBuf, LDP_NotifyMsg *pMsgRecord, uint32_t ulMemModuleId,
+                                    uint16_t usRoom);
+/* Release the buffers and FEC elements the record owns, nulling the pointers;
+ * not the record itself. Clears the FEC and PW presence bits but leaves the
+ * Returned PDU and Returned Message bits set and the MP Status untouched.
+ * Does nothing unless the record is a Notification. */
+LDP_API void LDP_FreeNotifyMsg(LDP_NotifyMsg *pMsgRecord);
 
 #ifdef __cplusplus
 }

@@ -246,6 +246,9 @@ TEST_F(HelloTest, EveryTlvAtItsExactRoomAndOneByteShort)
         rec = hello_record(54, 0x0f);
         EXPECT_EQ(LDP_EncodeHelloMsg(buf, rec, 0, room), LDP_ERR_PARAM) << room;
         expect_one_assertion("ldp_enc");
+        // Below 8 bytes the header stays in network order, where a Hello's
+        // type word reads as a Notification: put it back before releasing.
+        rec->stMsgHeader.usMsgType = LDP_MSG_HELLO;
         LDP_FreeMessage(rec);
     }
 }

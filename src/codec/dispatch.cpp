@@ -6,7 +6,10 @@ namespace ldp {
 namespace {
 
 constexpr msg_ops kTable[] = {
-    {LDP_MSG_NOTIFICATION, 0, 0, {}, nullptr, nullptr, nullptr, nullptr},
+    {LDP_MSG_NOTIFICATION, sizeof(LDP_NotifyMsg), 1,
+     {uint16_t(offsetof(LDP_NotifyMsg, stFecTlv) + offsetof(LDP_FecTlv, stFecList))},
+     LDP_PreParseNotifMsg, decode_as<LDP_NotifyMsg, LDP_DecodeNotifMsg>,
+     encode_as<LDP_NotifyMsg, LDP_EncodeNotifMsg>, release_as<LDP_NotifyMsg, LDP_FreeNotifyMsg>},
     {LDP_MSG_HELLO, sizeof(LDP_HelloMsg), 0, {}, LDP_PreParseHelloMsg,
      decode_as<LDP_HelloMsg, LDP_DecodeHelloMsg>, encode_as<LDP_HelloMsg, LDP_EncodeHelloMsg>,
      nullptr},

@@ -1,0 +1,308 @@
+// Reading the vector files, and the tables that tie message types and field
+// names to the library's exported functions and record layouts.
+#include "vectors.hpp"
+
+#include <algorithm>
+#include <cstddef>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+namespace ldptest {
+namespace {
+
+template <class Rec, uint32_t (*F)(const uint8_t *, Rec *, uint32_t)>
+uint32_t dec(const uint8_t *m, void *r, uint32_t mod)
+{
+    return F(m, static_cast<Rec *>(r), mod);
+}
+
+template <class Rec, uint32_t (*F)(uint8_t *, Rec *, uint32_t, uint16_t)>
+uint32_t enc(uint8_t *b, void *r, uint32_t mod, uint16_t room)
+{
+    return F(b, static_cast<Rec *>(r), mod, room);
+}
+
+#define LIST_AT(R, M) offsetof(R, M)
+#define KIND(T, R, PRE, DEC, ENC, ...) \
+    msg_kind { T, sizeof(R), {__VA_ARGS__}, PRE, dec<R, DEC>, enc<R, ENC> }
+
+const std::vector<msg_kind> &kinds()
+{
+    static const std::vector<msg_kind> k = {
+        KIND(LDP_MSG_KEEPALIVE, LDP_KeepAliveMsg, LDP_PreParseKeepAliveMsg, LDP_DecodeKeepAliveMsg,
+             LDP_EncodeKeepAliveMsg),
+        KIND(LDP_MSG_HELLO, LDP_HelloMsg, LDP_PreParseHelloMsg, LDP_DecodeHelloMsg, LDP_EncodeHelloMsg),
+        KIND(LDP_MSG_INIT, LDP_InitMsg, LDP_PreParseInitMsg, LDP_DecodeInitMsg, LDP_EncodeInitMsg,
+             LIST_AT(LDP_InitMsg, stAtmSess.stRangeList), LIST_AT(LDP_InitMsg, stFrSess.stRangeList),
+             LIST_AT(LDP_InitMsg, stCapList)),
+        KIND(LDP_MSG_CAPABILITY, LDP_CapabilityMsg, LDP_PreParseCapabilityMsg, LDP_DecodeCapabilityMsg,
+             LDP_EncodeCapabilityMsg, LIST_AT(LDP_CapabilityMsg, stCapList)),
+        KIND(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, LDP_PreParseMappingMsg, LDP_DecodeMappingMsg,
+             LDP_EncodeMappingMsg, LIST_AT(LDP_LabelMappingMsg, stFecTlv.stFecList),
+             LIST_AT(LDP_LabelMappingMsg, stUnknTlvList)),
+    };
+    return k;
+}
+
+// A named field of a record, or of the i-th element of one of its lists
+// (written "list[i].field" in a vector).
+struct field {
+    uint16_t type; // 0: any message type
+    const char *list;
+    size_t list_off;
+    const char *name;
+    size_t off;
+    size_t size;
+};
+
+#define FLD(T, R, M) field{T, "", 0, #M, offsetof(R, M), sizeof(static_cast<R *>(nullptr)->M)}
+#define ELEM(T, R, L, E, M) field{T, #L, offsetof(R, L), #M, offsetof(E, M), sizeof(static_cast<E *>(nullptr)->M)}
+
+const std::vector<field> &fields()
+{
+    static const std::vector<field> f = {
+        FLD(0, LDP_KeepAliveMsg, stMsgHeader.usMsgType),
+        FLD(0, LDP_KeepAliveMsg, stMsgHeader.usMsgLen),
+        FLD(0, LDP_KeepAliveMsg, stMsgHeader.ulMsgId),
+    };
+    return f;
+}
+
+uint32_t parse_code(const std::string &s)
+{
+    static const std::map<std::string, uint32_t> names = {
+        {"OK", LDP_OK},
+        {"PARAM", LDP_ERR_PARAM},
+        {"UNKNOWN_MSG_TYPE", LDP_STATUS_UNKNOWN_MSG_TYPE},
+        {"BAD_MSG_LEN", LDP_STATUS_BAD_MSG_LEN},
+        {"UNKNOWN_TLV", LDP_STATUS_UNKNOWN_TLV},
+        {"BAD_TLV_LEN", LDP_STATUS_BAD_TLV_LEN},
+        {"MALFORMED_TLV", LDP_STATUS_MALFORMED_TLV},
+        {"UNKNOWN_FEC", LDP_STATUS_UNKNOWN_FEC},
+        {"MISSING_MSG_PARAMS", LDP_STATUS_MISSING_MSG_PARAMS},
+        {"UNSUPPORTED_AF", LDP_STATUS_UNSUPPORTED_AF},
+        {"INTERNAL_ERROR", LDP_STATUS_INTERNAL_ERROR},
+        {"IGNORE_MSG", LDP_ERR_IGNORE_MSG},
+        {"NO_MEMORY", LDP_ERR_NO_MEMORY},
+        {"STOP_WALK", LDP_STOP_WALK},
+    };
+    const auto it = names.find(s);
+    if (it != names.end()) {
+        return it->second;
+    }
+    char *end = nullptr;
+    const unsigned long v = std::strtoul(s.c_str(), &end, 0);
+    if (s.empty() || *end != '\0') {
+        ADD_FAILURE() << "unknown result code '" << s << "'";
+    }
+    return uint32_t(v);
+}
+
+void parse_rc(vec_case &c, std::istringstream &in)
+{
+    std::string w;
+    while (in >> w) {
+        const auto eq = w.find('=');
+        if (eq == std::string::npos) {
+            c.pre = c.dec = parse_code(w);
+            continue;
+        }
+        const std::string key = w.substr(0, eq);
+        const uint32_t code = parse_code(w.substr(eq + 1));
+        if (key == "pre") {
+            c.pre = code;
+        } else if (key == "dec") {
+            c.dec = code;
+        } else if (key == "entry") {
+            c.entry_only = true;
+            c.entry = code;
+        } else {
+            ADD_FAILURE() << "bad rc item '" << w << "'";
+        }
+    }
+    if (!c.entry_only) {
+        c.entry = c.pre != LDP_OK ? c.pre : c.dec;
+    }
+}
+
+void load_file(const std::filesystem::path &path, std::vector<vec_case> &out)
+{
+    std::ifstream in(path);
+    const std::string file = path.stem().string();
+    std::string raw, key;
+    int line_no = 0;
+    vec_case *cur = nullptr;
+    while (std::getline(in, raw)) {
+        ++line_no;
+        const std::string line = raw.substr(0, raw.find('#'));
+        if (line.find_first_not_of(" \t\r") == std::string::npos) {
+            continue;
+        }
+        std::istringstream words(line);
+        const bool continued = line[0] == ' ' || line[0] == '\t';
+        if (!continued) {
+            words >> key;
+        }
+        if (key == "case") {
+            out.push_back(vec_case{});
+            cur = &out.back();
+            cur->file = file;
+            cur->line = line_no;
+            words >> cur->name;
+            continue;
+        }
+        if (cur == nullptr) {
+            ADD_FAILURE() << path << ":" << line_no << ": text before the first case";
+            continue;
+        }
+        std::string rest;
+        std::getline(words, rest);
+        if (key == "msg") {
+            const bytes b = hex(rest);
+            cur->msg.insert(cur->msg.end(), b.begin(), b.end());
+        } else if (key == "enc") {
+            cur->has_enc = true;
+            if (rest.find("same") != std::string::npos) {
+                cur->enc = cur->msg;
+            } else {
+                const bytes b = hex(rest);
+                cur->enc.insert(cur->enc.end(), b.begin(), b.end());
+            }
+        } else if (key == "rc") {
+            std::istringstream r(rest);
+            parse_rc(*cur, r);
+        } else if (key == "buflen") {
+            cur->buf_len = std::stol(rest, nullptr, 0);
+        } else if (key == "short" || key == "nomem") {
+            std::istringstream r(rest);
+            std::string w;
+            r >> w;
+            (key == "short" ? cur->short_rc : cur->nomem) = parse_code(w);
+        } else if (key == "rec") {
+            std::istringstream r(rest);
+            for (std::string w; r >> w;) {
+                const auto eq = w.find('=');
+                cur->fields.emplace_back(w.substr(0, eq), eq == std::string::npos ? "" : w.substr(eq + 1));
+            }
+        } else if (key == "assert") {
+            std::istringstream r(rest);
+            for (std::string w; r >> w;) {
+                cur->asserts.push_back(w);
+            }
+        } else {
+            ADD_FAILURE() << path << ":" << line_no << ": unknown key '" << key << "'";
+        }
+    }
+}
+
+} // namespace
+
+const std::vector<vec_case> &all_vectors()
+{
+    static const std::vector<vec_case> all = [] {
+        std::vector<std::filesystem::path> files;
+        for (const auto &e : std::filesystem::directory_iterator(LDP_VECTOR_DIR)) {
+            if (e.path().extension() == ".vec") {
+                files.push_back(e.path());
+            }
+        }
+        std::sort(files.begin(), files.end());
+        std::vector<vec_case> v;
+        for (const auto &f : files) {
+            load_file(f, v);
+        }
+        return v;
+    }();
+    return all;
+}
+
+const bytes &vector_msg(const std::string &file, const std::string &name)
+{
+    for (const auto &c : all_vectors()) {
+        if (c.file == file && c.name == name) {
+            return c.msg;
+        }
+    }
+    static const bytes none;
+    ADD_FAILURE() << "no vector " << file << ":" << name;
+    return none;
+}
+
+const msg_kind *find_kind(uint16_t masked_type)
+{
+    for (const auto &k : kinds()) {
+        if (k.type == masked_type) {
+            return &k;
+        }
+    }
+    return nullptr;
+}
+
+void *new_prepared(const msg_kind &k)
+{
+    auto *rec = static_cast<uint8_t *>(PLAT_SimpleAlloc_F(kModule, uint32_t(k.size), "test", __LINE__));
+    std::memset(rec, 0, k.size);
+    for (const size_t off : k.lists) {
+        make_empty(reinterpret_cast<SLL_List *>(rec + off));
+    }
+    return rec;
+}
+
+// Compare one "name=value" of a vector against a decoded record: integers in
+// host order for fields of up to 4 bytes, else the leading bytes in hex.
+std::string check_field(uint16_t type, const void *rec, const std::string &name, const std::string &want)
+{
+    std::string list, member = name;
+    long index = 0;
+    const auto br = name.find('[');
+    if (br != std::string::npos) {
+        list = name.substr(0, br);
+        index = std::stol(name.substr(br + 1));
+        member = name.substr(name.find("].") + 2);
+    }
+    for (const field &f : fields()) {
+        const std::string full = f.name;
+        const bool named = full == member || (full.size() > member.size() &&
+                                              full.compare(full.size() - member.size() - 1, std::string::npos, "." + member) == 0);
+        if ((f.type != 0 && f.type != type) || list != f.list || !named) {
+            continue;
+        }
+        const auto *p = static_cast<const uint8_t *>(rec);
+        if (!list.empty()) {
+            const auto *head = reinterpret_cast<const SLL_List *>(p + f.list_off);
+            const SLL_Node *node = head->stHead.pNext;
+            for (long i = 0; i < index && node != &head->stHead; ++i) {
+                node = node->pNext;
+            }
+            if (node == &head->stHead) {
+                return name + ": no such element";
+            }
+            p = reinterpret_cast<const uint8_t *>(node);
+        }
+        p += f.off;
+        if (f.size <= 4 && std::string(f.name).find("auc") == std::string::npos) {
+            uint32_t v = 0;
+            if (f.size == 1) {
+                v = p[0];
+            } else if (f.size == 2) {
+                uint16_t s;
+                std::memcpy(&s, p, 2);
+                v = s;
+            } else {
+                std::memcpy(&v, p, f.size);
+            }
+            const uint32_t w = uint32_t(std::strtoul(want.c_str(), nullptr, 0));
+            return v == w ? "" : name + " is " + std::to_string(v) + ", want " + want;
+        }
+        const bytes w = hex(want);
+        if (w.size() > f.size) {
+            return name + ": value longer than the field";
+        }
+        const std::string got = to_hex(p, w.size());
+        return got == to_hex(w) ? "" : name + " is " + got + ", want " + to_hex(w);
+    }
+    return name + ": no such field in the driver's table";
+}
+
+} // namespace ldptest

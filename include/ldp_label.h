@@ -395,3 +395,60 @@ LDP_API uint32_t LDP_ProcUnknTlvList(SLL_List *pstList, uint8_t *pucBuf, uint32_
 #endif
 
 #endif /* LDP_LABEL_H */
+
+/* --- Label Release (0x0403, RFC 5036 section 3.5.11) -----------------------
+ * Its record embeds the Status TLV of ldp_session.h, which itself needs the
+ * label TLVs above; so this part is declared once the Status TLV is (through
+ * ldp_codec.h it always is). Like a Withdraw, plus an optional Status TLV
+ * (a status of 40, the pseudowire status of RFC 4447, is left to the caller:
+ * pre-parse and decode give LDP_STOP_WALK). The record owns the FEC elements
+ * and the unknown-TLV elements. */
+#include "ldp_session.h"
+#if defined(LDP_STATUS_TLV_LEN) && !defined(LDP_LABEL_RELEASE_DECLARED)
+#define LDP_LABEL_RELEASE_DECLARED
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define LDP_REL_FLAG_LSPID  0x01u
+#define LDP_REL_FLAG_STATUS 0x02u
+#define LDP_REL_FLAG_LABEL  0x04u
+
+typedef struct LDP_LabelReleaseMsg {
+    LDP_MsgHeader stMsgHeader;
+    LDP_FecTlv stFecTlv;
+    LDP_LspIdTlv stLspIdTlv;
+    LDP_LabelTlv stLabelTlv;
+    LDP_StatusTlv stStatusTlv;
+    SLL_List stUnknTlvList; /* of LDP_UnknownTlv */
+    uint8_t ucLblFlags;     /* LDP_REL_FLAG_* */
+} __attribute__((packed)) LDP_LabelReleaseMsg;
+
+/* Checks a received Label Release without allocating: as
+ * LDP_PreParseWithdrawMsg, except that the first Status TLV is decoded into
+ * a scratch record by LDP_DecodeStatusTlv, whose LDP_STATUS_MALFORMED_TLV or
+ * LDP_STOP_WALK is returned as is; later Status TLVs are skipped. */
+LDP_API uint32_t LDP_PreParseReleaseMsg(const uint8_t *pucMsg);
+/* Decodes a received Label Release into a zeroed record with empty lists;
+ * as LDP_DecodeWithdrawMsg, plus the first Status TLV into stStatusTlv
+ * (LDP_DecodeStatusTlv's non-zero code is returned, LDP_STOP_WALK with the
+ * Status TLV filled). Filled parts stay with the record on every outcome. */
+LDP_API uint32_t LDP_DecodeReleaseMsg(const uint8_t *pucMsg, LDP_LabelReleaseMsg *pMsgRecord,
+                                      uint32_t ulMemModuleId);
+/* As LDP_EncodeWithdrawMsg, with the flagged Status TLV after the LSPID TLV;
+ * a failure of the Status TLV encoder is ignored. Returns LDP_OK;
+ * LDP_ERR_PARAM (NULL, bad usMsgLen, no room); or the code of
+ * LDP_EncodeFECTlv, LDP_EncodeLabelTlv, LDP_EncodeLSPIdTlv or
+ * LDP_ProcUnknTlvList. */
+LDP_API uint32_t LDP_EncodeReleaseMsg(uint8_t *pucBuf, LDP_LabelReleaseMsg *pMsgRecord, uint32_t ulMemModuleId,
+                                      uint16_t usRoom);
+/* Releases the FEC elements and kept unknown TLVs; presence bits stay. Does
+ * nothing for NULL or a record of another type. */
+LDP_API void LDP_FreeLabelReleaseMsg(LDP_LabelReleaseMsg *pMsgRecord);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* LDP_LABEL_RELEASE_DECLARED */

@@ -34,6 +34,14 @@ struct msg_traits<LDP_LabelWithdrawMsg> {
     }
 };
 
+template <>
+struct msg_traits<LDP_LabelReleaseMsg> {
+    static constexpr bool has_status = true;
+    static constexpr uint8_t label_bit = LDP_REL_FLAG_LABEL;
+
+    static void set_label_kind(LDP_LabelTlv &lbl, uint16_t) { lbl.usLabelKind = LDP_TLV_GENERIC_LABEL; }
+};
+
 struct seen_tlvs {
     bool fec = false;
     bool label = false;
@@ -54,6 +62,17 @@ uint32_t check_tlv(const tlv_cursor &cur, const LDP_TlvHeader &tlv, seen_tlvs &s
     case LDP_TLV_GENERIC_LABEL:
         // A length error here, malformed in the decoder: both intended.
         return dec::first_only(seen.label, len == 4, LDP_STATUS_BAD_TLV_LEN);
+    case LDP_TLV_STATUS:
+        if constexpr (msg_traits<Rec>::has_status) {
+            if (seen.status) {
+                return LDP_OK;
+            }
+            seen.status = true;
+            LDP_StatusTlv scratch = {};
+            scratch.stTlvHeader = tlv; // the decoder judges the length from the header
+            return LDP_DecodeStatusTlv(cur.value(), &scratch); // LDP_STOP_WALK included
+        }
+        return dec::skip_unknown(tlv); // a Withdraw knows no Status TLV
     default:
         return dec::skip_unknown(tlv);
     }
@@ -87,6 +106,20 @@ uint32_t decode_tlv(const tlv_cursor &cur, const LDP_TlvHeader &tlv, Rec *rec, b
         rec->ucLblFlags |= traits::label_bit;
         return LDP_OK;
     }
+    case LDP_TLV_STATUS:
+        if constexpr (traits::has_status) {
+            if (rec->ucLblFlags & LDP_REL_FLAG_STATUS) {
+                return LDP_OK;
+            }
+            rec->stStatusTlv.stTlvHeader = tlv;
+            const uint32_t rc = LDP_DecodeStatusTlv(value, &rec->stStatusTlv);
+            if (rc != LDP_OK) {
+                return rc; // LDP_STOP_WALK for the pseudowire status, bit left clear
+            }
+            rec->ucLblFlags |= LDP_REL_FLAG_STATUS;
+            return LDP_OK;
+        }
+        return dec::keep_unknown(cur, tlv, &rec->stUnknTlvList, module); // a Withdraw knows no Status TLV
     default:
         return dec::keep_unknown(cur, tlv, &rec->stUnknTlvList, module);
     }
@@ -123,4 +156,15 @@ extern "C" LDP_API uint32_t LDP_DecodeWithdrawMsg(const uint8_t *pucMsg, LDP_Lab
                                                   uint32_t ulMemModuleId)
 {
     return dec::decode(pucMsg, pMsgRecord, ulMemModuleId, walk<LDP_LabelWithdrawMsg>);
+}
+
+extern "C" LDP_API uint32_t LDP_PreParseReleaseMsg(const uint8_t *pucMsg)
+{
+    return dec::pre_parse<LDP_LabelReleaseMsg>(pucMsg, walk<LDP_LabelReleaseMsg>);
+}
+
+extern "C" LDP_API uint32_t LDP_DecodeReleaseMsg(const uint8_t *pucMsg, LDP_LabelReleaseMsg *pMsgRecord,
+                                                 uint32_t ulMemModuleId)
+{
+    return dec::decode(pucMsg, pMsgRecord, ulMemModuleId, walk<LDP_LabelReleaseMsg>);
 }

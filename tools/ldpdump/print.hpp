@@ -20,6 +20,7 @@ void print_session_record(std::FILE *out, uint32_t type, const void *rec);
 void print_mapping(std::FILE *out, const LDP_MappingMsg *m);
 void print_request(std::FILE *out, const LDP_RequestMsg *m);
 void print_withdraw(std::FILE *out, const LDP_LabelWithdrawMsg *m);
+void print_release(std::FILE *out, const LDP_LabelReleaseMsg *m);
 void print_abort(std::FILE *out, const LDP_LabelRequestAbortMsg *m);
 
 // Print the elements of a decoded FEC TLV, and an MP Status TLV; message

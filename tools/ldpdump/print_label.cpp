@@ -108,6 +108,21 @@ void print_withdraw(std::FILE *out, const LDP_LabelWithdrawMsg *m)
     print_unknown_tlvs(out, m->stUnknTlvList);
 }
 
+void print_release(std::FILE *out, const LDP_LabelReleaseMsg *m)
+{
+    std::fprintf(out, "    ucLblFlags 0x%02x\n", m->ucLblFlags);
+    print_fec_tlv(out, &m->stFecTlv);
+    if (m->ucLblFlags & LDP_REL_FLAG_LABEL) {
+        print_label_tlv(out, m->stLabelTlv);
+    }
+    if (m->ucLblFlags & LDP_REL_FLAG_STATUS) {
+        const LDP_StatusTlv &st = m->stStatusTlv;
+        std::fprintf(out, "    stStatusTlv: ulStatusCode 0x%08x  ulStatusMsgId %u (0x%08x)  usStatusMsgType 0x%04x\n",
+                     st.ulStatusCode, st.ulStatusMsgId, st.ulStatusMsgId, st.usStatusMsgType);
+    }
+    print_unknown_tlvs(out, m->stUnknTlvList);
+}
+
 void print_abort(std::FILE *out, const LDP_LabelRequestAbortMsg *m)
 {
     print_fec_tlv(out, &m->stFecTlv);

@@ -185,9 +185,9 @@ LDP_API void LDP_FreeLabelMappingMsg(LDP_MappingMsg *pMsgRecord);
 /* --- Label Request (0x0401, RFC 5036 section 3.5.8) -------------------------
  * Asks the peer for a label for one FEC (downstream on demand). The decoder
  * reads the FEC, Generic Label, Hop Count and Path Vector TLVs and keeps
- * unknown TLVs that have the U and F bits; the CR-LDP TLVs (LSPID, ER,
- * Traffic) and the extension slots below are only ever sent: received, they
- * are unknown TLVs.
+ * unknown TLVs that have the U and F bits. What CR-LDP adds (LSPID, ER,
+ * Traffic) and the extension slots below go out from the record only; a
+ * peer's copies of them meet the unknown-TLV rule.
  *
  * Presence bits, ucOptFlags1: 0x01 Label, 0x02 LSPID, 0x04 ER, 0x08 Hop
  * Count, 0x10 Path Vector, 0x20 Traffic, 0x40 stWordTlvA, 0x80 stWordTlvB;
@@ -282,7 +282,8 @@ LDP_API void LDP_FreeLabelRequestMsg(LDP_RequestMsg *pMsgRecord);
  * A FEC TLV, an optional Generic Label TLV, and (Release) an optional Status
  * TLV, in any order; unknown TLVs with the U and F bits are kept for
  * forwarding. stLspIdTlv is only sent: the caller sets it and its bit.
- * The records own the FEC elements and the unknown-TLV elements. */
+ * Each record owns its FEC elements and its kept unknown TLVs (with their
+ * copies). */
 #define LDP_WDR_FLAG_LSPID 0x01u
 #define LDP_WDR_FLAG_LABEL 0x02u
 
@@ -324,8 +325,8 @@ LDP_API uint32_t LDP_EncodeWithdrawMsg(uint8_t *pucBuf, LDP_LabelWithdrawMsg *pM
 LDP_API void LDP_FreeLabelWithdrawMsg(LDP_LabelWithdrawMsg *pMsgRecord);
 
 /* --- Label Abort Request (0x0404, RFC 5036 section 3.5.9) ------------------
- * A FEC TLV and the Label Request Message ID TLV of the request to abandon,
- * both mandatory, in any order. stLspIdTlv is only sent (bit 0x01 of
+ * Names an FEC and, in a Label Request Message ID TLV, the request to give
+ * up; both are mandatory and may come in either order. stLspIdTlv is only sent (bit 0x01 of
  * ucAbortFlags); a received LSPID TLV is refused as unknown. Nothing enters
  * stUnknTlvList on decode and the encoder never writes it. The record owns
  * the FEC elements (and anything a caller put in stUnknTlvList). */
@@ -401,8 +402,8 @@ LDP_API uint32_t LDP_ProcUnknTlvList(SLL_List *pstList, uint8_t *pucBuf, uint32_
  * label TLVs above; so this part is declared once the Status TLV is (through
  * ldp_codec.h it always is). Like a Withdraw, plus an optional Status TLV
  * (a status of 40, the pseudowire status of RFC 4447, is left to the caller:
- * pre-parse and decode give LDP_STOP_WALK). The record owns the FEC elements
- * and the unknown-TLV elements. */
+ * pre-parse and decode give LDP_STOP_WALK). The record owns its FEC
+ * elements and its kept unknown TLVs. */
 #include "ldp_session.h"
 #if defined(LDP_STATUS_TLV_LEN) && !defined(LDP_LABEL_RELEASE_DECLARED)
 #define LDP_LABEL_RELEASE_DECLARED

@@ -71,7 +71,7 @@ struct field {
 #define FLD(T, R, M) field{T, "", 0, #M, offsetof(R, M), sizeof(static_cast<R *>(nullptr)->M)}
 #define ELEM(T, R, L, E, M) field{T, #L, offsetof(R, L), #M, offsetof(E, M), sizeof(static_cast<E *>(nullptr)->M)}
 
-// The FEC element list and the unknown-TLV list every label message has.
+// Two lists every label message record embeds: FEC elements, kept unknown TLVs.
 #define LABEL_MSG_FIELDS(T, R)                                              \
     FLD(T, R, stFecTlv.stFecList.ulCount), FLD(T, R, stUnknTlvList.ulCount), \
         ELEM(T, R, stFecTlv.stFecList, LDP_FecElement, ucFecKind),             \

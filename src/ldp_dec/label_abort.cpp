@@ -1,6 +1,6 @@
-// Pre-parse and decode of the Label Abort Request message (RFC 5036 section
-// 3.5.9): a FEC TLV and the Label Request Message ID TLV, both required, in
-// either order. Nothing else is taken; not even unknown TLVs are kept.
+// Label Abort Request (RFC 5036, 3.5.9), pre-parse and decode: an FEC and the
+// ID of the request to give up, both required, in either order. Nothing else
+// is taken; not even unknown TLVs are kept.
 #include <cstdint>
 
 #include "../codec/srcfile.hpp"
@@ -13,8 +13,8 @@ using namespace ldp;
 
 namespace {
 
-// Message ID, a FEC TLV with one single-byte element and the 8-byte Label
-// Request Message ID TLV.
+// The message ID (4 bytes), the shortest FEC TLV (5) and the request ID
+// TLV (8).
 constexpr uint16_t kMinAbortLen = 17;
 
 // Pre-parse and decoder share this walk and its codes; rec is null for the

@@ -1,4 +1,5 @@
-/* TLVs shared by the label messages (and the Notification): Label, Label
+/* The label messages (Mapping, Request, Withdraw, Release, Abort Request)
+ * and the TLVs they share with each other and the Notification: Label, Label
  * Request Message ID, Hop Count, Path Vector, CR-LDP LSPID, Traffic and ER
  * (RFC 3212), and the list of unknown TLVs kept for forwarding. Include
  * ldp_codec.h rather than this file.
@@ -256,10 +257,11 @@ LDP_API uint32_t LDP_PreParseRequestMsg(const uint8_t *pucMsg);
  * Hop Count and Path Vector TLVs are kept; an unknown TLV with the U and F
  * bits is copied into stUnknTlvList. Whatever was filled stays in the record,
  * owned by it, on every outcome; release it with LDP_FreeMessage. Returns the
- * codes of the pre-parse, except that a wrong Hop Count or Label length is
- * LDP_STATUS_MALFORMED_TLV, a missing FEC is judged by an empty element list,
- * and the codes of LDP_DecodeFECTlv, LDP_DecodePathVectorTlv and
- * LDP_DecodeUnknownTlv pass through (LDP_ERR_NO_MEMORY, LDP_STOP_WALK, ...). */
+ * codes of the pre-parse, except that a wrong Hop Count, Path Vector or
+ * Label length is LDP_STATUS_MALFORMED_TLV, a missing FEC is judged by an
+ * empty element list, and the codes of LDP_DecodeFECTlv,
+ * LDP_DecodePathVectorTlv and LDP_DecodeUnknownTlv pass through
+ * (LDP_ERR_NO_MEMORY, LDP_STOP_WALK, ...). */
 LDP_API uint32_t LDP_DecodeRequestMsg(const uint8_t *pucMsg, LDP_RequestMsg *pMsgRecord,
                                       uint32_t ulMemModuleId);
 /* Writes the message at pucBuf (usRoom bytes): the header and the FEC TLV,

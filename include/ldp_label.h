@@ -1,8 +1,8 @@
-/* The label messages (Mapping, Request, Withdraw, Release, Abort Request)
- * and the TLVs they share with each other and the Notification: Label, Label
- * Request Message ID, Hop Count, Path Vector, CR-LDP LSPID, Traffic and ER
- * (RFC 3212), and the list of unknown TLVs kept for forwarding. Include
- * ldp_codec.h rather than this file.
+/* Five LDP messages about labels (Mapping; Request and its Abort; Withdraw;
+ * Release) and the TLVs they share with each other and the Notification:
+ * Label, Label Request Message ID, Hop Count, Path Vector, CR-LDP LSPID,
+ * Traffic and ER (RFC 3212), and the list of unknown TLVs kept for
+ * forwarding. Include ldp_codec.h rather than this file.
  *
  * Encoders here write each TLV header from the record as it stands and swap
  * the record's fields to network order in place; only usTlvLen is swapped

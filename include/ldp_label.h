@@ -1,6 +1,6 @@
 /* Five LDP messages about labels (Mapping; Request and its Abort; Withdraw;
  * Release) and the TLVs they share with each other and the Notification:
- * Label, Label Request Message ID, Hop Count, Path Vector, CR-LDP LSPID,
+ * Label, Hop Count, Path Vector, the ID of a Label Request, CR-LDP LSPID,
  * Traffic and ER (RFC 3212), and the list of unknown TLVs kept for
  * forwarding. Include ldp_codec.h rather than this file.
  *

@@ -15,7 +15,7 @@ using namespace ldp;
 
 namespace {
 
-// Message ID and at least part of a TLV: the smallest length taken.
+// Message ID and the shortest FEC TLV (one single-byte element).
 constexpr uint16_t kMinLen = 9;
 
 template <class Rec>

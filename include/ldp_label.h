@@ -1,7 +1,8 @@
-/* TLVs shared by the label messages (and the Notification): Label, Label
- * Request Message ID, Hop Count, Path Vector, CR-LDP LSPID, Traffic and ER
- * (RFC 3212), and the list of unknown TLVs kept for forwarding. Include
- * ldp_codec.h rather than this file.
+/* Five LDP messages about labels (Mapping; Request and its Abort; Withdraw;
+ * Release) and the TLVs they share with each other and the Notification:
+ * Label, Hop Count, Path Vector, the ID of a Label Request, CR-LDP LSPID,
+ * Traffic and ER (RFC 3212), and the list of unknown TLVs kept for
+ * forwarding. Include ldp_codec.h rather than this file.
  *
  * Encoders here write each TLV header from the record as it stands and swap
  * the record's fields to network order in place; only usTlvLen is swapped
@@ -182,6 +183,194 @@ LDP_API uint32_t LDP_EncodeMappingMsg(uint8_t *pucBuf, LDP_MappingMsg *pMsgRecor
                                       uint16_t usRoom);
 LDP_API void LDP_FreeLabelMappingMsg(LDP_MappingMsg *pMsgRecord);
 
+/* --- Label Request (0x0401, RFC 5036 section 3.5.8) -------------------------
+ * Asks the peer for a label for one FEC (downstream on demand). The decoder
+ * reads the FEC, Generic Label, Hop Count and Path Vector TLVs and keeps
+ * unknown TLVs that have the U and F bits. What CR-LDP adds (LSPID, ER,
+ * Traffic) and the extension slots below go out from the record only; a
+ * peer's copies of them meet the unknown-TLV rule.
+ *
+ * Presence bits, ucOptFlags1: 0x01 Label, 0x02 LSPID, 0x04 ER, 0x08 Hop
+ * Count, 0x10 Path Vector, 0x20 Traffic, 0x40 stWordTlvA, 0x80 stWordTlvB;
+ * ucOptFlags2: 0x01 stRawWordTlv, 0x02 stWordTlvC, 0x04 stVarPtrTlv. The
+ * extension slots carry whatever TLV type the application stores in their
+ * headers; the library gives them no meaning.
+ *
+ * The record owns the FEC elements, the Path Vector array, the ER hops
+ * (plain LDP_ErHop blocks from the platform allocator), the unknown-TLV
+ * elements with their copies, and stVarPtrTlv.pucValue. */
+#define LDP_REQ_OPT_LABEL       0x01u
+#define LDP_REQ_OPT_LSPID       0x02u
+#define LDP_REQ_OPT_ER          0x04u
+#define LDP_REQ_OPT_HOP_COUNT   0x08u
+#define LDP_REQ_OPT_PATH_VECTOR 0x10u
+#define LDP_REQ_OPT_TRAFFIC     0x20u
+#define LDP_REQ_OPT_WORD_A      0x40u
+#define LDP_REQ_OPT_WORD_B      0x80u
+#define LDP_REQ_OPT2_RAW_WORD   0x01u
+#define LDP_REQ_OPT2_WORD_C     0x02u
+#define LDP_REQ_OPT2_VAR_PTR    0x04u
+
+typedef struct LDP_WordTlv { /* a 4-byte integer value, host order */
+    LDP_TlvHeader stTlvHeader;
+    uint32_t ulValue;
+} __attribute__((packed)) LDP_WordTlv;
+
+typedef struct LDP_RawWordTlv { /* 4 value bytes, wire order */
+    LDP_TlvHeader stTlvHeader;
+    uint8_t aucValue[4];
+} __attribute__((packed)) LDP_RawWordTlv;
+
+typedef struct LDP_LabelRequestMsg {
+    LDP_MsgHeader stMsgHeader;
+    LDP_FecTlv stFecTlv;
+    LDP_LabelTlv stLabelTlv;
+    LDP_LspIdTlv stLspIdTlv;
+    LDP_ErTlv stErTlv;
+    LDP_HopCountTlv stHopCountTlv;
+    LDP_PathVectorTlv stPathVectorTlv;
+    LDP_TrafficTlv stTrafficTlv;
+    LDP_WordTlv stWordTlvA;
+    LDP_WordTlv stWordTlvB;
+    LDP_RawWordTlv stRawWordTlv;
+    LDP_WordTlv stWordTlvC;
+    LDP_PtrTlv stVarPtrTlv;
+    SLL_List stUnknTlvList; /* of LDP_UnknownTlv */
+    uint8_t ucOptFlags1;
+    uint8_t ucOptFlags2;
+} __attribute__((packed)) LDP_LabelRequestMsg;
+typedef LDP_LabelRequestMsg LDP_RequestMsg;
+
+/* Checks a received Label Request without allocating. TLVs may come in any
+ * order; the FEC, Hop Count, Path Vector and Generic Label TLVs are checked
+ * on their first occurrence only. Every wrong TLV length is reported as
+ * LDP_STATUS_BAD_TLV_LEN here, where the decoder says MALFORMED_TLV.
+ * Returns LDP_OK; LDP_ERR_PARAM (NULL); LDP_STATUS_MISSING_MSG_PARAMS
+ * (message length below 9, or no FEC TLV); LDP_STATUS_BAD_TLV_LEN (a TLV
+ * overruns the message, 1 to 3 bytes left over, or a wrong Hop Count, Path
+ * Vector or Label length); LDP_STATUS_UNKNOWN_TLV (an unknown TLV without
+ * the U bit); LDP_STATUS_BAD_MSG_LEN (TLVs end past the message: a guard);
+ * or any code of LDP_PreParseFECTlv, LDP_STOP_WALK included. */
+LDP_API uint32_t LDP_PreParseRequestMsg(const uint8_t *pucMsg);
+/* Decodes a received Label Request into pMsgRecord, a zeroed record whose
+ * lists are empty (as LDP_Decode prepares it). Only the first FEC, Label,
+ * Hop Count and Path Vector TLVs are kept; an unknown TLV with the U and F
+ * bits is copied into stUnknTlvList. Whatever was filled stays in the record,
+ * owned by it, on every outcome; release it with LDP_FreeMessage. Returns the
+ * codes of the pre-parse, except that a wrong Hop Count, Path Vector or
+ * Label length is LDP_STATUS_MALFORMED_TLV, a missing FEC is judged by an
+ * empty element list, and the codes of LDP_DecodeFECTlv,
+ * LDP_DecodePathVectorTlv and LDP_DecodeUnknownTlv pass through
+ * (LDP_ERR_NO_MEMORY, LDP_STOP_WALK, ...). */
+LDP_API uint32_t LDP_DecodeRequestMsg(const uint8_t *pucMsg, LDP_RequestMsg *pMsgRecord,
+                                      uint32_t ulMemModuleId);
+/* Writes the message at pucBuf (usRoom bytes): the header and the FEC TLV,
+ * then in this order whatever is flagged: Label, LSPID, Hop Count, Path
+ * Vector, ER, Traffic, stWordTlvA, stWordTlvC, stWordTlvB, stRawWordTlv,
+ * stVarPtrTlv, and last the kept unknown TLVs. The caller sets usMsgLen (4 to
+ * LDP_MAX_MSG_LEN) and every TLV length. The record is converted to network
+ * order in place and can be encoded once; it stays the caller's. Returns
+ * LDP_OK; LDP_ERR_PARAM for NULL, a bad usMsgLen, no room (with an
+ * assertion) or a failing TLV encoder; or the code of LDP_EncodeFECTlv,
+ * LDP_EncodeLabelTlv or LDP_ProcUnknTlvList. */
+LDP_API uint32_t LDP_EncodeReqMsg(uint8_t *pucBuf, LDP_RequestMsg *pMsgRecord, uint32_t ulMemModuleId,
+                                  uint16_t usRoom);
+/* Releases what a Label Request record owns and leaves its lists empty; the
+ * record itself stays. Does nothing for NULL or a record of another type. */
+LDP_API void LDP_FreeLabelRequestMsg(LDP_RequestMsg *pMsgRecord);
+
+/* --- Label Withdraw (0x0402) and Label Release (0x0403), RFC 5036 sections
+ * 3.5.10 and 3.5.11 -----------------------------------------------------------
+ * A FEC TLV, an optional Generic Label TLV, and (Release) an optional Status
+ * TLV, in any order; unknown TLVs with the U and F bits are kept for
+ * forwarding. stLspIdTlv is only sent: the caller sets it and its bit.
+ * Each record owns its FEC elements and its kept unknown TLVs (with their
+ * copies). */
+#define LDP_WDR_FLAG_LSPID 0x01u
+#define LDP_WDR_FLAG_LABEL 0x02u
+
+typedef struct LDP_LabelWithdrawMsg {
+    LDP_MsgHeader stMsgHeader;
+    LDP_FecTlv stFecTlv;
+    LDP_LspIdTlv stLspIdTlv;
+    LDP_LabelTlv stLabelTlv;
+    SLL_List stUnknTlvList; /* of LDP_UnknownTlv */
+    uint8_t ucLblFlags;     /* LDP_WDR_FLAG_* */
+} __attribute__((packed)) LDP_LabelWithdrawMsg;
+
+/* Checks a received Label Withdraw without allocating. The first FEC and the
+ * first Generic Label TLV are checked, later ones skipped. Returns LDP_OK;
+ * LDP_ERR_PARAM (NULL); LDP_STATUS_MISSING_MSG_PARAMS (message length 8 or
+ * less, or no FEC TLV); LDP_STATUS_BAD_TLV_LEN (a TLV overruns the message,
+ * 1 to 3 bytes left over, or a Label TLV whose length is not 4);
+ * LDP_STATUS_UNKNOWN_TLV (any other TLV, Status included, without the U
+ * bit); LDP_STATUS_BAD_MSG_LEN (a guard); or a code of LDP_PreParseFECTlv,
+ * LDP_STOP_WALK included. */
+LDP_API uint32_t LDP_PreParseWithdrawMsg(const uint8_t *pucMsg);
+/* Decodes a received Label Withdraw into a zeroed record with empty lists.
+ * No FEC TLV is not an error here. Filled parts stay with the record on
+ * every outcome. Returns the pre-parse's codes, except a Label TLV whose
+ * length is not 4 is LDP_STATUS_MALFORMED_TLV and a missing FEC TLV is
+ * LDP_OK; the codes of LDP_DecodeFECTlv and LDP_DecodeUnknownTlv pass
+ * through. */
+LDP_API uint32_t LDP_DecodeWithdrawMsg(const uint8_t *pucMsg, LDP_LabelWithdrawMsg *pMsgRecord,
+                                       uint32_t ulMemModuleId);
+/* Writes the header, the FEC TLV, then when flagged the Label and LSPID TLVs,
+ * then the kept unknown TLVs. The caller sets every length; the record is
+ * converted in place and stays the caller's. Returns LDP_OK; LDP_ERR_PARAM
+ * (NULL, bad usMsgLen, no room); or the code of LDP_EncodeFECTlv,
+ * LDP_EncodeLabelTlv, LDP_EncodeLSPIdTlv or LDP_ProcUnknTlvList. */
+LDP_API uint32_t LDP_EncodeWithdrawMsg(uint8_t *pucBuf, LDP_LabelWithdrawMsg *pMsgRecord,
+                                       uint32_t ulMemModuleId, uint16_t usRoom);
+/* Releases the FEC elements and kept unknown TLVs; presence bits stay. Does
+ * nothing for NULL or a record of another type. */
+LDP_API void LDP_FreeLabelWithdrawMsg(LDP_LabelWithdrawMsg *pMsgRecord);
+
+/* --- Label Abort Request (0x0404, RFC 5036 section 3.5.9) ------------------
+ * Names an FEC and, in a Label Request Message ID TLV, the request to give
+ * up; both are mandatory and may come in either order. stLspIdTlv is only sent (bit 0x01 of
+ * ucAbortFlags); a received LSPID TLV is refused as unknown. Nothing enters
+ * stUnknTlvList on decode and the encoder never writes it. The record owns
+ * the FEC elements (and anything a caller put in stUnknTlvList). */
+#define LDP_ABORT_FLAG_LSPID 0x01u
+
+typedef struct LDP_LabelRequestAbortMsg {
+    LDP_MsgHeader stMsgHeader;
+    LDP_FecTlv stFecTlv;
+    LDP_TlvHeader stLabelReqIdTlv; /* Label Request Message ID TLV header */
+    uint32_t ulLabelReqMsgId;      /* message ID of the request being aborted */
+    LDP_LspIdTlv stLspIdTlv;
+    SLL_List stUnknTlvList; /* of LDP_UnknownTlv */
+    uint8_t ucAbortFlags;   /* LDP_ABORT_FLAG_* */
+} __attribute__((packed)) LDP_LabelRequestAbortMsg;
+
+/* Checks a received Label Abort Request without allocating. Returns LDP_OK;
+ * LDP_ERR_PARAM (NULL); LDP_STATUS_MISSING_MSG_PARAMS (message length below
+ * 17, or the FEC or Label Request Message ID TLV missing);
+ * LDP_STATUS_BAD_TLV_LEN (a TLV overruns the message, or 1 to 3 bytes left
+ * over); LDP_STATUS_MALFORMED_TLV (the first Label Request Message ID TLV
+ * is not 4 bytes long); LDP_STATUS_UNKNOWN_TLV (any other TLV, LSPID
+ * included, without the U bit); LDP_STATUS_BAD_MSG_LEN (a guard); or a code
+ * of LDP_PreParseFECTlv, LDP_STOP_WALK included. */
+LDP_API uint32_t LDP_PreParseReqAbortMsg(const uint8_t *pucMsg);
+/* Decodes a received Label Abort Request into a zeroed record with empty
+ * lists: the first FEC TLV and the first Label Request Message ID TLV. Same
+ * codes as the pre-parse, plus those of LDP_DecodeFECTlv (LDP_ERR_NO_MEMORY,
+ * ...). Filled parts stay with the record on every outcome. */
+LDP_API uint32_t LDP_DecodeReqAbortMsg(const uint8_t *pucMsg, LDP_LabelRequestAbortMsg *pMsgRecord,
+                                       uint32_t ulMemModuleId);
+/* Writes the header, the FEC TLV, the Label Request Message ID TLV and, when
+ * flagged, the LSPID TLV. The record stays the caller's; its
+ * stLabelReqIdTlv.usTlvType and ulLabelReqMsgId are left in network order.
+ * Returns LDP_OK; LDP_ERR_PARAM (NULL, bad usMsgLen, no room, with an
+ * assertion for no room); or the code of LDP_EncodeFECTlv or
+ * LDP_EncodeLSPIdTlv. */
+LDP_API uint32_t LDP_EncodeAbortReqMsg(uint8_t *pucBuf, LDP_LabelRequestAbortMsg *pMsgRecord,
+                                       uint32_t ulMemModuleId, uint16_t usRoom);
+/* Releases the FEC elements and any kept unknown TLVs. Does nothing for NULL
+ * or a record of another type. */
+LDP_API void LDP_FreeLabelRequestAbortMsg(LDP_LabelRequestAbortMsg *pMsgRecord);
+
 LDP_API uint32_t LDP_EncodeLabelTlv(uint8_t *pucBuf, LDP_LabelTlv *pstLabel, uint32_t ulMemModuleId,
                                     uint16_t usRoom);
 LDP_API uint32_t LDP_DecodePathVectorTlv(const uint8_t *pucValue, LDP_PathVectorTlv *pstPathVector,
@@ -209,3 +398,60 @@ LDP_API uint32_t LDP_ProcUnknTlvList(SLL_List *pstList, uint8_t *pucBuf, uint32_
 #endif
 
 #endif /* LDP_LABEL_H */
+
+/* --- Label Release (0x0403, RFC 5036 section 3.5.11) -----------------------
+ * Its record embeds the Status TLV of ldp_session.h, which itself needs the
+ * label TLVs above; so this part is declared once the Status TLV is (through
+ * ldp_codec.h it always is). Like a Withdraw, plus an optional Status TLV
+ * (a status of 40, the pseudowire status of RFC 4447, is left to the caller:
+ * pre-parse and decode give LDP_STOP_WALK). The record owns its FEC
+ * elements and its kept unknown TLVs. */
+#include "ldp_session.h"
+#if defined(LDP_STATUS_TLV_LEN) && !defined(LDP_LABEL_RELEASE_DECLARED)
+#define LDP_LABEL_RELEASE_DECLARED
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#define LDP_REL_FLAG_LSPID  0x01u
+#define LDP_REL_FLAG_STATUS 0x02u
+#define LDP_REL_FLAG_LABEL  0x04u
+
+typedef struct LDP_LabelReleaseMsg {
+    LDP_MsgHeader stMsgHeader;
+    LDP_FecTlv stFecTlv;
+    LDP_LspIdTlv stLspIdTlv;
+    LDP_LabelTlv stLabelTlv;
+    LDP_StatusTlv stStatusTlv;
+    SLL_List stUnknTlvList; /* of LDP_UnknownTlv */
+    uint8_t ucLblFlags;     /* LDP_REL_FLAG_* */
+} __attribute__((packed)) LDP_LabelReleaseMsg;
+
+/* Checks a received Label Release without allocating: as
+ * LDP_PreParseWithdrawMsg, except that the first Status TLV is decoded into
+ * a scratch record by LDP_DecodeStatusTlv, whose LDP_STATUS_MALFORMED_TLV or
+ * LDP_STOP_WALK is returned as is; later Status TLVs are skipped. */
+LDP_API uint32_t LDP_PreParseReleaseMsg(const uint8_t *pucMsg);
+/* Decodes a received Label Release into a zeroed record with empty lists;
+ * as LDP_DecodeWithdrawMsg, plus the first Status TLV into stStatusTlv
+ * (LDP_DecodeStatusTlv's non-zero code is returned, LDP_STOP_WALK with the
+ * Status TLV filled). Filled parts stay with the record on every outcome. */
+LDP_API uint32_t LDP_DecodeReleaseMsg(const uint8_t *pucMsg, LDP_LabelReleaseMsg *pMsgRecord,
+                                      uint32_t ulMemModuleId);
+/* As LDP_EncodeWithdrawMsg, with the flagged Status TLV after the LSPID TLV;
+ * a failure of the Status TLV encoder is ignored. Returns LDP_OK;
+ * LDP_ERR_PARAM (NULL, bad usMsgLen, no room); or the code of
+ * LDP_EncodeFECTlv, LDP_EncodeLabelTlv, LDP_EncodeLSPIdTlv or
+ * LDP_ProcUnknTlvList. */
+LDP_API uint32_t LDP_EncodeReleaseMsg(uint8_t *pucBuf, LDP_LabelReleaseMsg *pMsgRecord, uint32_t ulMemModuleId,
+                                      uint16_t usRoom);
+/* Releases the FEC elements and kept unknown TLVs; presence bits stay. Does
+ * nothing for NULL or a record of another type. */
+LDP_API void LDP_FreeLabelReleaseMsg(LDP_LabelReleaseMsg *pMsgRecord);
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif /* LDP_LABEL_RELEASE_DECLARED */

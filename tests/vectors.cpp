@@ -46,6 +46,18 @@ const std::vector<msg_kind> &kinds()
         KIND(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, LDP_PreParseMappingMsg, LDP_DecodeMappingMsg,
              LDP_EncodeMappingMsg, LIST_AT(LDP_LabelMappingMsg, stFecTlv.stFecList),
              LIST_AT(LDP_LabelMappingMsg, stUnknTlvList)),
+        KIND(LDP_MSG_LABEL_REQUEST, LDP_LabelRequestMsg, LDP_PreParseRequestMsg, LDP_DecodeRequestMsg,
+             LDP_EncodeReqMsg, LIST_AT(LDP_LabelRequestMsg, stFecTlv.stFecList),
+             LIST_AT(LDP_LabelRequestMsg, stErTlv.stHopList), LIST_AT(LDP_LabelRequestMsg, stUnknTlvList)),
+        KIND(LDP_MSG_LABEL_WITHDRAW, LDP_LabelWithdrawMsg, LDP_PreParseWithdrawMsg, LDP_DecodeWithdrawMsg,
+             LDP_EncodeWithdrawMsg, LIST_AT(LDP_LabelWithdrawMsg, stFecTlv.stFecList),
+             LIST_AT(LDP_LabelWithdrawMsg, stUnknTlvList)),
+        KIND(LDP_MSG_LABEL_RELEASE, LDP_LabelReleaseMsg, LDP_PreParseReleaseMsg, LDP_DecodeReleaseMsg,
+             LDP_EncodeReleaseMsg, LIST_AT(LDP_LabelReleaseMsg, stFecTlv.stFecList),
+             LIST_AT(LDP_LabelReleaseMsg, stUnknTlvList)),
+        KIND(LDP_MSG_LABEL_ABORT_REQUEST, LDP_LabelRequestAbortMsg, LDP_PreParseReqAbortMsg,
+             LDP_DecodeReqAbortMsg, LDP_EncodeAbortReqMsg, LIST_AT(LDP_LabelRequestAbortMsg, stFecTlv.stFecList),
+             LIST_AT(LDP_LabelRequestAbortMsg, stUnknTlvList)),
     };
     return k;
 }
@@ -63,6 +75,12 @@ struct field {
 
 #define FLD(T, R, M) field{T, "", 0, #M, offsetof(R, M), sizeof(static_cast<R *>(nullptr)->M)}
 #define ELEM(T, R, L, E, M) field{T, #L, offsetof(R, L), #M, offsetof(E, M), sizeof(static_cast<E *>(nullptr)->M)}
+
+// Two lists every label message record embeds: FEC elements, kept unknown TLVs.
+#define LABEL_MSG_FIELDS(T, R)                                              \
+    FLD(T, R, stFecTlv.stFecList.ulCount), FLD(T, R, stUnknTlvList.ulCount), \
+        ELEM(T, R, stFecTlv.stFecList, LDP_FecElement, ucFecKind),             \
+        ELEM(T, R, stUnknTlvList, LDP_UnknownTlv, ulTlvLen)
 
 const std::vector<field> &fields()
 {
@@ -93,6 +111,29 @@ const std::vector<field> &fields()
         FLD(LDP_MSG_ADDRESS_WITHDRAW, LDP_AddressWithdrawMsg, usAddrCount),
         FLD(LDP_MSG_ADDRESS_WITHDRAW, LDP_AddressWithdrawMsg, stFecTlv.stFecList.ulCount),
         FLD(LDP_MSG_ADDRESS_WITHDRAW, LDP_AddressWithdrawMsg, ucAddrWdFlags),
+        // Label Request, Withdraw, Release and Abort Request.
+        LABEL_MSG_FIELDS(LDP_MSG_LABEL_REQUEST, LDP_LabelRequestMsg),
+        FLD(LDP_MSG_LABEL_REQUEST, LDP_LabelRequestMsg, ucOptFlags1),
+        FLD(LDP_MSG_LABEL_REQUEST, LDP_LabelRequestMsg, ucOptFlags2),
+        FLD(LDP_MSG_LABEL_REQUEST, LDP_LabelRequestMsg, stLabelTlv.ulLabel),
+        FLD(LDP_MSG_LABEL_REQUEST, LDP_LabelRequestMsg, stLabelTlv.usLabelKind),
+        FLD(LDP_MSG_LABEL_REQUEST, LDP_LabelRequestMsg, stHopCountTlv.ucHopCount),
+        FLD(LDP_MSG_LABEL_REQUEST, LDP_LabelRequestMsg, stPathVectorTlv.usLsrIdCount),
+        LABEL_MSG_FIELDS(LDP_MSG_LABEL_WITHDRAW, LDP_LabelWithdrawMsg),
+        FLD(LDP_MSG_LABEL_WITHDRAW, LDP_LabelWithdrawMsg, ucLblFlags),
+        FLD(LDP_MSG_LABEL_WITHDRAW, LDP_LabelWithdrawMsg, stLabelTlv.ulLabel),
+        FLD(LDP_MSG_LABEL_WITHDRAW, LDP_LabelWithdrawMsg, stLabelTlv.usLabelKind),
+        LABEL_MSG_FIELDS(LDP_MSG_LABEL_RELEASE, LDP_LabelReleaseMsg),
+        FLD(LDP_MSG_LABEL_RELEASE, LDP_LabelReleaseMsg, ucLblFlags),
+        FLD(LDP_MSG_LABEL_RELEASE, LDP_LabelReleaseMsg, stLabelTlv.ulLabel),
+        FLD(LDP_MSG_LABEL_RELEASE, LDP_LabelReleaseMsg, stLabelTlv.usLabelKind),
+        FLD(LDP_MSG_LABEL_RELEASE, LDP_LabelReleaseMsg, stStatusTlv.ulStatusCode),
+        FLD(LDP_MSG_LABEL_RELEASE, LDP_LabelReleaseMsg, stStatusTlv.ulStatusMsgId),
+        FLD(LDP_MSG_LABEL_RELEASE, LDP_LabelReleaseMsg, stStatusTlv.usStatusMsgType),
+        LABEL_MSG_FIELDS(LDP_MSG_LABEL_ABORT_REQUEST, LDP_LabelRequestAbortMsg),
+        FLD(LDP_MSG_LABEL_ABORT_REQUEST, LDP_LabelRequestAbortMsg, stLabelReqIdTlv.usTlvLen),
+        FLD(LDP_MSG_LABEL_ABORT_REQUEST, LDP_LabelRequestAbortMsg, ulLabelReqMsgId),
+        FLD(LDP_MSG_LABEL_ABORT_REQUEST, LDP_LabelRequestAbortMsg, ucAbortFlags),
     };
     return f;
 }

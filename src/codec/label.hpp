@@ -13,6 +13,10 @@ namespace ldp::label {
 // low 20 bits.
 uint32_t decode_generic_label(const uint8_t *value, LDP_LabelTlv *lbl);
 
+// Unlink and release every kept unknown TLV with its copy; the list head is
+// left as the unlinking leaves it.
+void free_unknown_elements(SLL_List *unknown);
+
 // Release every kept unknown TLV and leave the list empty.
 void free_unknown_tlvs(SLL_List *unknown);
 

@@ -45,4 +45,33 @@ inline uint32_t put(uint8_t *dst, uint16_t left, const void *src, uint16_t size,
     return LDP_OK;
 }
 
+// An encoder's output position and the bytes left after it; every decrease
+// saturates at 0, so a TLV that used up the room leaves 0, not a wrap.
+struct out_cursor {
+    uint8_t *pos;
+    uint16_t left;
+
+    void take(uint32_t n)
+    {
+        pos += n;
+        left = left > n ? uint16_t(left - n) : uint16_t(0);
+    }
+};
+
+// A TLV that must fit whole, header and value, or the encoder reports no
+// room; value is size bytes already in wire order. The cursor moves past it.
+inline uint32_t put_whole(out_cursor &out, LDP_TlvHeader &hdr, const void *value, uint16_t size, const char *file,
+                          const mem::where w = mem::where::current())
+{
+    if (int32_t(out.left) < int32_t(wire::kTlvHeaderSize) + size) {
+        return mem::no_room(file, w);
+    }
+    header(out.pos, out.left, &hdr, file, w);
+    if (size != 0) {
+        mem::copy(out.pos + wire::kTlvHeaderSize, out.left - wire::kTlvHeaderSize, value, size, file, w);
+    }
+    out.take(wire::kTlvHeaderSize + uint32_t(size));
+    return LDP_OK;
+}
+
 } // namespace ldp::tlv_out

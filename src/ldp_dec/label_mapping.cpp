@@ -10,6 +10,7 @@
 #include "../codec/tlv.hpp"
 #include "../codec/wire.hpp"
 #include "ldp_codec.h"
+#include "record_walk.hpp"
 
 using namespace ldp;
 
@@ -17,9 +18,6 @@ namespace {
 
 // Message ID, a FEC TLV with one single-byte element, and an 8-byte Label TLV.
 constexpr uint16_t kMinMappingLen = 17;
-
-bool u_bit(const LDP_TlvHeader &tlv) { return (tlv.usTlvType & LDP_TLV_U_BIT) != 0; }
-bool f_bit(const LDP_TlvHeader &tlv) { return (tlv.usTlvType & LDP_TLV_F_BIT) != 0; }
 
 // What a pre-parse has met so far; each flag marks a first occurrence done.
 struct seen_tlvs {
@@ -33,14 +31,10 @@ struct seen_tlvs {
     bool priv = false;
 };
 
-// A TLV checked on its first occurrence only: later copies pass unchecked.
+// The Label Mapping pre-parse calls every wrong length malformed.
 uint32_t first_only(bool &seen, bool well_formed)
 {
-    if (seen) {
-        return LDP_OK;
-    }
-    seen = true;
-    return well_formed ? LDP_OK : LDP_STATUS_MALFORMED_TLV;
+    return dec::first_only(seen, well_formed, LDP_STATUS_MALFORMED_TLV);
 }
 
 // Checks one TLV of a received Label Mapping without keeping anything.
@@ -73,7 +67,7 @@ uint32_t pre_parse_tlv(const tlv_cursor &cur, const LDP_TlvHeader &tlv, seen_tlv
     case LDP_TLV_MAPPING_0206:
         return len != 0 ? LDP_STATUS_MALFORMED_TLV : LDP_OK; // every occurrence
     default:
-        return u_bit(tlv) ? LDP_OK : LDP_STATUS_UNKNOWN_TLV;
+        return dec::skip_unknown(tlv);
     }
 }
 
@@ -169,13 +163,7 @@ uint32_t decode_tlv(const tlv_cursor &cur, const LDP_TlvHeader &tlv, LDP_Mapping
         rec->ucOptFlags2 |= LDP_MAP_OPT2_EMPTY; // only its presence is kept
         return LDP_OK;
     default:
-        if (!u_bit(tlv)) {
-            return LDP_STATUS_UNKNOWN_TLV;
-        }
-        if (f_bit(tlv)) {
-            return LDP_DecodeUnknownTlv(value, &rec->stUnknTlvList, len, module);
-        }
-        return LDP_OK;
+        return dec::keep_unknown(cur, tlv, &rec->stUnknTlvList, module);
     }
 }
 

@@ -8,6 +8,7 @@
 
 #include "../codec/msg.hpp"
 #include "../codec/srcfile.hpp"
+#include "../codec/tlv.hpp"
 #include "ldp_codec.h"
 
 namespace ldp::dec {
@@ -35,6 +36,42 @@ uint32_t decode(const uint8_t *msg, Rec *rec, uint32_t module, walk_fn<Rec> walk
     }
     msg::read_header(msg, &rec->stMsgHeader, srcfile::dec);
     return walk(msg, rec->stMsgHeader.usMsgLen, rec, module);
+}
+
+inline bool u_bit(const LDP_TlvHeader &tlv) { return (tlv.usTlvType & LDP_TLV_U_BIT) != 0; }
+inline bool f_bit(const LDP_TlvHeader &tlv) { return (tlv.usTlvType & LDP_TLV_F_BIT) != 0; }
+
+// A TLV a pre-parse checks on its first occurrence only; later copies pass
+// unchecked. bad is the message's own code for a first copy that fails.
+inline uint32_t first_only(bool &seen, bool well_formed, uint32_t bad)
+{
+    if (seen) {
+        return LDP_OK;
+    }
+    seen = true;
+    return well_formed ? LDP_OK : bad;
+}
+
+// A pre-parse meeting a TLV it does not take: refused without the U bit,
+// stepped over with it (the F bit plays no part).
+inline uint32_t skip_unknown(const LDP_TlvHeader &tlv)
+{
+    return u_bit(tlv) ? LDP_OK : LDP_STATUS_UNKNOWN_TLV;
+}
+
+// A label message decoder meeting a TLV it does not take: refused without
+// the U bit, kept in the record's list for forwarding with the U and F bits,
+// dropped with the U bit alone.
+inline uint32_t keep_unknown(const tlv_cursor &cur, const LDP_TlvHeader &tlv, SLL_List *unknown,
+                             uint32_t module)
+{
+    if (!u_bit(tlv)) {
+        return LDP_STATUS_UNKNOWN_TLV;
+    }
+    if (f_bit(tlv)) {
+        return LDP_DecodeUnknownTlv(cur.value(), unknown, tlv.usTlvLen, module);
+    }
+    return LDP_OK;
 }
 
 } // namespace ldp::dec

@@ -237,17 +237,22 @@ extern "C" LDP_API uint32_t LDP_ProcUnknTlvList(SLL_List *pstList, uint8_t *pucB
 
 namespace ldp::label {
 
+void free_unknown_elements(SLL_List *unknown)
+{
+    list::for_each_safe<LDP_UnknownTlv>(unknown, [unknown](LDP_UnknownTlv *tlv) {
+        SLL_Delete(unknown, &tlv->stNode);
+        if (tlv->pucTlv != nullptr) {
+            mem::release(tlv->pucTlv, srcfile::enc);
+            tlv->pucTlv = nullptr;
+        }
+        mem::release(tlv, srcfile::enc);
+    });
+}
+
 void free_unknown_tlvs(SLL_List *unknown)
 {
     if (unknown->ulCount != 0) {
-        list::for_each_safe<LDP_UnknownTlv>(unknown, [unknown](LDP_UnknownTlv *tlv) {
-            SLL_Delete(unknown, &tlv->stNode);
-            if (tlv->pucTlv != nullptr) {
-                mem::release(tlv->pucTlv, srcfile::enc);
-                tlv->pucTlv = nullptr;
-            }
-            mem::release(tlv, srcfile::enc);
-        });
+        free_unknown_elements(unknown);
     }
     list::reset_empty(unknown);
 }

@@ -12,33 +12,14 @@
 
 using namespace ldp;
 
+using tlv_out::out_cursor;
+
 namespace {
 
-// Output position and the bytes left after it; every decrease saturates at 0.
-struct out_cursor {
-    uint8_t *pos;
-    uint16_t left;
-
-    void take(uint32_t n)
-    {
-        pos += n;
-        left = left > n ? uint16_t(left - n) : uint16_t(0);
-    }
-};
-
-// A TLV that must fit whole, header and value, or the encoder reports no
-// room; value is size bytes already in wire order.
-uint32_t put_whole(out_cursor &out, LDP_TlvHeader &hdr, const void *value, uint16_t size)
+uint32_t put_whole(out_cursor &out, LDP_TlvHeader &hdr, const void *value, uint16_t size,
+                   const mem::where w = mem::where::current())
 {
-    if (int32_t(out.left) < int32_t(wire::kTlvHeaderSize) + size) {
-        return mem::no_room(srcfile::enc);
-    }
-    tlv_out::header(out.pos, out.left, &hdr, srcfile::enc);
-    if (size != 0) {
-        mem::copy(out.pos + wire::kTlvHeaderSize, out.left - 4u, value, size, srcfile::enc);
-    }
-    out.take(wire::kTlvHeaderSize + uint32_t(size));
-    return LDP_OK;
+    return tlv_out::put_whole(out, hdr, value, size, srcfile::enc, w);
 }
 
 // The 2-byte extension TLV is checked in two steps: the header goes out

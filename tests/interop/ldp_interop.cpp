@@ -143,6 +143,33 @@ std::string expected_line(uint32_t type, const void *rec)
         if (m.ucNotifFlags & LDP_NOTIF_FEC) {
             fec_values(m.stFecTlv, prefixes, hosts);
         }
+    } else if (type == LDP_MSG_LABEL_REQUEST) {
+        const auto &m = *static_cast<const LDP_RequestMsg *>(rec);
+        if (m.ucOptFlags1 & LDP_REQ_OPT_LABEL) {
+            label = std::to_string(m.stLabelTlv.ulLabel);
+        }
+        if (m.ucOptFlags1 & LDP_REQ_OPT_HOP_COUNT) {
+            hops = std::to_string(m.stHopCountTlv.ucHopCount);
+        }
+        fec_values(m.stFecTlv, prefixes, hosts);
+    } else if (type == LDP_MSG_LABEL_WITHDRAW) {
+        const auto &m = *static_cast<const LDP_LabelWithdrawMsg *>(rec);
+        if (m.ucLblFlags & LDP_WDR_FLAG_LABEL) {
+            label = std::to_string(m.stLabelTlv.ulLabel);
+        }
+        fec_values(m.stFecTlv, prefixes, hosts);
+    } else if (type == LDP_MSG_LABEL_RELEASE) {
+        const auto &m = *static_cast<const LDP_LabelReleaseMsg *>(rec);
+        if (m.ucLblFlags & LDP_REL_FLAG_LABEL) {
+            label = std::to_string(m.stLabelTlv.ulLabel);
+        }
+        fec_values(m.stFecTlv, prefixes, hosts);
+    } else if (type == LDP_MSG_LABEL_ABORT_REQUEST) {
+        const auto &m = *static_cast<const LDP_LabelRequestAbortMsg *>(rec);
+        char id[16];
+        std::snprintf(id, sizeof id, "0x%08x", m.ulLabelReqMsgId);
+        reqid = id;
+        fec_values(m.stFecTlv, prefixes, hosts);
     }
     return std::string(head) + "|" + hold + "|" + taddr + "|" + ka + "|" + rxlsr + "|" + label + "|" + hops +
            "|" + reqid + "|" + prefixes + "|" + hosts;

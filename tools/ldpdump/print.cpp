@@ -79,6 +79,18 @@ void print_record(std::FILE *out, uint32_t type, const void *rec)
     case LDP_MSG_LABEL_MAPPING:
         print_mapping(out, static_cast<const LDP_MappingMsg *>(rec));
         break;
+    case LDP_MSG_LABEL_REQUEST:
+        print_request(out, static_cast<const LDP_RequestMsg *>(rec));
+        break;
+    case LDP_MSG_LABEL_WITHDRAW:
+        print_withdraw(out, static_cast<const LDP_LabelWithdrawMsg *>(rec));
+        break;
+    case LDP_MSG_LABEL_RELEASE:
+        print_release(out, static_cast<const LDP_LabelReleaseMsg *>(rec));
+        break;
+    case LDP_MSG_LABEL_ABORT_REQUEST:
+        print_abort(out, static_cast<const LDP_LabelRequestAbortMsg *>(rec));
+        break;
     default:
         break;
     }

@@ -21,6 +21,10 @@ void print_mapping(std::FILE *out, const LDP_MappingMsg *m);
 void print_notify(std::FILE *out, const LDP_NotifyMsg *m);
 void print_address(std::FILE *out, const LDP_AddressMsg *m);
 void print_address_withdraw(std::FILE *out, const LDP_AddressWithdrawMsg *m);
+void print_request(std::FILE *out, const LDP_RequestMsg *m);
+void print_withdraw(std::FILE *out, const LDP_LabelWithdrawMsg *m);
+void print_release(std::FILE *out, const LDP_LabelReleaseMsg *m);
+void print_abort(std::FILE *out, const LDP_LabelRequestAbortMsg *m);
 
 // Print the elements of a decoded FEC TLV, and an MP Status TLV; message
 // printers call these for the FEC and MP Status TLVs their records embed.

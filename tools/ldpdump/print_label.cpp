@@ -81,4 +81,52 @@ void print_mapping(std::FILE *out, const LDP_MappingMsg *m)
     print_unknown_tlvs(out, m->stUnknTlvList);
 }
 
+void print_request(std::FILE *out, const LDP_RequestMsg *m)
+{
+    const uint8_t opt1 = m->ucOptFlags1;
+    std::fprintf(out, "    ucOptFlags1 0x%02x  ucOptFlags2 0x%02x\n", opt1, m->ucOptFlags2);
+    print_fec_tlv(out, &m->stFecTlv);
+    if (opt1 & LDP_REQ_OPT_LABEL) {
+        print_label_tlv(out, m->stLabelTlv);
+    }
+    if (opt1 & LDP_REQ_OPT_HOP_COUNT) {
+        std::fprintf(out, "    hop count: %u\n", m->stHopCountTlv.ucHopCount);
+    }
+    if (opt1 & LDP_REQ_OPT_PATH_VECTOR) {
+        print_path_vector(out, m->stPathVectorTlv);
+    }
+    print_unknown_tlvs(out, m->stUnknTlvList);
+}
+
+void print_withdraw(std::FILE *out, const LDP_LabelWithdrawMsg *m)
+{
+    std::fprintf(out, "    ucLblFlags 0x%02x\n", m->ucLblFlags);
+    print_fec_tlv(out, &m->stFecTlv);
+    if (m->ucLblFlags & LDP_WDR_FLAG_LABEL) {
+        print_label_tlv(out, m->stLabelTlv);
+    }
+    print_unknown_tlvs(out, m->stUnknTlvList);
+}
+
+void print_release(std::FILE *out, const LDP_LabelReleaseMsg *m)
+{
+    std::fprintf(out, "    ucLblFlags 0x%02x\n", m->ucLblFlags);
+    print_fec_tlv(out, &m->stFecTlv);
+    if (m->ucLblFlags & LDP_REL_FLAG_LABEL) {
+        print_label_tlv(out, m->stLabelTlv);
+    }
+    if (m->ucLblFlags & LDP_REL_FLAG_STATUS) {
+        const LDP_StatusTlv &st = m->stStatusTlv;
+        std::fprintf(out, "    stStatusTlv: ulStatusCode 0x%08x  ulStatusMsgId %u (0x%08x)  usStatusMsgType 0x%04x\n",
+                     st.ulStatusCode, st.ulStatusMsgId, st.ulStatusMsgId, st.usStatusMsgType);
+    }
+    print_unknown_tlvs(out, m->stUnknTlvList);
+}
+
+void print_abort(std::FILE *out, const LDP_LabelRequestAbortMsg *m)
+{
+    print_fec_tlv(out, &m->stFecTlv);
+    std::fprintf(out, "    ulLabelReqMsgId %u (0x%08x)\n", m->ulLabelReqMsgId, m->ulLabelReqMsgId);
+}
+
 } // namespace ldpdump

@@ -256,6 +256,11 @@ TEST_F(EntryTest, NullPointersAreRefused)
     NULLS(LDP_EncodeMacListTLV), NULLS(LDP_PreParseAddrMsg), NULLS(LDP_DecodeAddrMsg), NULLS(LDP_EncodeAddrMsg);
     NULLS(LDP_DecodeAddrMsgForOtherTLV), NULLS(LDP_FreeAddressMsg), NULLS(LDP_PreParseAddrWithdrawMsg);
     NULLS(LDP_DecodeAddrWithdrawMsg), NULLS(LDP_EncodeAddrWithdrawMsg), NULLS(LDP_FreeAddressWithdrawMsg);
+    NULLS(LDP_PreParseRequestMsg), NULLS(LDP_DecodeRequestMsg), NULLS(LDP_EncodeReqMsg), NULLS(LDP_FreeLabelRequestMsg);
+    NULLS(LDP_PreParseWithdrawMsg), NULLS(LDP_DecodeWithdrawMsg), NULLS(LDP_EncodeWithdrawMsg);
+    NULLS(LDP_FreeLabelWithdrawMsg), NULLS(LDP_PreParseReleaseMsg), NULLS(LDP_DecodeReleaseMsg);
+    NULLS(LDP_EncodeReleaseMsg), NULLS(LDP_FreeLabelReleaseMsg), NULLS(LDP_PreParseReqAbortMsg);
+    NULLS(LDP_DecodeReqAbortMsg), NULLS(LDP_EncodeAbortReqMsg), NULLS(LDP_FreeLabelRequestAbortMsg);
     NULLS(LDP_EncodeMsgHeader);
 }
 

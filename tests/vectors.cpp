@@ -88,6 +88,50 @@ const std::vector<field> &fields()
         FLD(0, LDP_KeepAliveMsg, stMsgHeader.usMsgType),
         FLD(0, LDP_KeepAliveMsg, stMsgHeader.usMsgLen),
         FLD(0, LDP_KeepAliveMsg, stMsgHeader.ulMsgId),
+        // Session messages: Hello, Initialization and Capability.
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, stCommHelloTlv.usTlvType),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, stCommHelloTlv.usTlvLen),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, usHoldTime),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, usHelloFlags),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, stIpv4TransTlv.usTlvType),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, stIpv4TransTlv.usTlvLen),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, ulIpv4TransAddr),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, stIpv6TransTlv.usTlvType),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, stIpv6TransTlv.usTlvLen),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, aucIpv6TransAddr),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, stConfSeqTlv.usTlvType),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, stConfSeqTlv.usTlvLen),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, ulConfSeqNum),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, stPrivHelloTlv.usTlvType),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, stPrivHelloTlv.usTlvLen),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, aucPrivHelloValue),
+        FLD(LDP_MSG_HELLO, LDP_HelloMsg, ucHelloOptFlags),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stCommSess.stTlvHeader.usTlvType),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stCommSess.stTlvHeader.usTlvLen),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stCommSess.usProtocolVersion),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stCommSess.usKeepAliveTime),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stCommSess.usAdPvLim),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stCommSess.usMaxPduLen),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stCommSess.ulReceiverLsrId),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stCommSess.usReceiverLabelSpace),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stFtSess.stTlvHeader.usTlvType),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stFtSess.stTlvHeader.usTlvLen),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stFtSess.usFtFlags),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stFtSess.usFtReserved),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stFtSess.ulFtReconnectTimeout),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stFtSess.ulFtRecoveryTime),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, stCapList.ulCount),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, ucOptFlags),
+        FLD(LDP_MSG_INIT, LDP_InitMsg, ucOptFlags2),
+        ELEM(LDP_MSG_INIT, LDP_InitMsg, stCapList, LDP_CapabilityParam, stTlvHeader.usTlvType),
+        ELEM(LDP_MSG_INIT, LDP_InitMsg, stCapList, LDP_CapabilityParam, stTlvHeader.usTlvLen),
+        ELEM(LDP_MSG_INIT, LDP_InitMsg, stCapList, LDP_CapabilityParam, ucSByte),
+        FLD(LDP_MSG_CAPABILITY, LDP_CapabilityMsg, stCapList.ulCount),
+        FLD(LDP_MSG_CAPABILITY, LDP_CapabilityMsg, ulCapFlags),
+        ELEM(LDP_MSG_CAPABILITY, LDP_CapabilityMsg, stCapList, LDP_CapabilityParam, stTlvHeader.usTlvType),
+        ELEM(LDP_MSG_CAPABILITY, LDP_CapabilityMsg, stCapList, LDP_CapabilityParam, stTlvHeader.usTlvLen),
+        ELEM(LDP_MSG_CAPABILITY, LDP_CapabilityMsg, stCapList, LDP_CapabilityParam, ucSByte),
+        ELEM(LDP_MSG_CAPABILITY, LDP_CapabilityMsg, stCapList, LDP_CapabilityParam, pucCapData),
         FLD(LDP_MSG_NOTIFICATION, LDP_NotifyMsg, stStatusTlv.ulStatusCode),
         FLD(LDP_MSG_NOTIFICATION, LDP_NotifyMsg, stStatusTlv.ulStatusMsgId),
         FLD(LDP_MSG_NOTIFICATION, LDP_NotifyMsg, stStatusTlv.usStatusMsgType),
@@ -171,18 +215,19 @@ uint32_t parse_code(const std::string &s)
 void parse_rc(vec_case &c, std::istringstream &in)
 {
     std::string w;
+    bool direct = false; // pre-parse and decoder named too: they are run as well
     while (in >> w) {
         const auto eq = w.find('=');
         if (eq == std::string::npos) {
             c.pre = c.dec = parse_code(w);
+            direct = true;
             continue;
         }
         const std::string key = w.substr(0, eq);
         const uint32_t code = parse_code(w.substr(eq + 1));
-        if (key == "pre") {
-            c.pre = code;
-        } else if (key == "dec") {
-            c.dec = code;
+        if (key == "pre" || key == "dec") {
+            (key == "pre" ? c.pre : c.dec) = code;
+            direct = true;
         } else if (key == "entry") {
             c.entry_only = true;
             c.entry = code;
@@ -192,6 +237,8 @@ void parse_rc(vec_case &c, std::istringstream &in)
     }
     if (!c.entry_only) {
         c.entry = c.pre != LDP_OK ? c.pre : c.dec;
+    } else if (direct) {
+        c.entry_only = false; // LDP_Decode refuses what the direct calls judge
     }
 }
 
@@ -243,11 +290,17 @@ void load_file(const std::filesystem::path &path, std::vector<vec_case> &out)
             parse_rc(*cur, r);
         } else if (key == "buflen") {
             cur->buf_len = std::stoll(rest, nullptr, 0);
-        } else if (key == "short" || key == "nomem") {
+        } else if (key == "short") {
             std::istringstream r(rest);
             std::string w;
             r >> w;
-            (key == "short" ? cur->short_rc : cur->nomem) = parse_code(w);
+            cur->short_rc = parse_code(w);
+        } else if (key == "nomem") {
+            std::istringstream r(rest);
+            cur->nomem.clear();
+            for (std::string w; r >> w;) {
+                cur->nomem.push_back(parse_code(w));
+            }
         } else if (key == "rec") {
             std::istringstream r(rest);
             for (std::string w; r >> w;) {

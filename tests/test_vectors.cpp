@@ -1,5 +1,6 @@
 // The vector driver: every case of tests/vectors/*.vec goes through the same
 // checks, so one line of wire bytes is tested many ways.
+#include <algorithm>
 #include <set>
 
 #include "vectors.hpp"
@@ -125,7 +126,7 @@ protected:
             testplat::reset();
             testplat::fail_alloc_at(k);
             const decoded d = decode(c.msg);
-            EXPECT_EQ(d.rc, c.nomem) << "allocation " << k << " of " << allocs << " failed";
+            EXPECT_EQ(d.rc, c.nomem[std::min(k, c.nomem.size()) - 1]) << "allocation " << k << " of " << allocs << " failed";
             EXPECT_EQ(d.rec, nullptr);
             LDP_FreeMessage(d.rec);
         }

@@ -23,7 +23,7 @@ struct vec_case {
     bool has_enc = false;
     bytes enc;
     uint32_t short_rc = LDP_ERR_PARAM;
-    uint32_t nomem = LDP_ERR_NO_MEMORY;
+    std::vector<uint32_t> nomem{LDP_ERR_NO_MEMORY}; // k-th failed allocation: k-th code, the last repeats
     std::vector<std::pair<std::string, std::string>> fields;
     std::vector<std::string> asserts;
 

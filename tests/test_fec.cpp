@@ -1,23 +1,13 @@
-// FEC family checks beyond the wire cases of tests/vectors/fec.vec: element
-// functions, records built by hand, release, opaque values, MP Status records.
+// FEC family checks beyond the wire cases of tests/vectors/fec.vec, which several reuse.
 #include <algorithm>
-#include <sstream>
 
 #include "vectors.hpp"
 
 namespace ldptest {
 namespace {
 
-using Fec = CodecTest;
-
-const vec_case &vec(const std::string &name)
-{
-    const auto &all = all_vectors();
-    return *std::find_if(all.begin(), all.end(), [&](const vec_case &c) { return c.file == "fec" && c.name == name; });
-}
-
 // The value of a vector's FEC TLV, which follows the message ID.
-bytes fec_value(const vec_case &c) { return bytes(c.msg.begin() + 12, c.msg.begin() + 12 + (c.msg[10] << 8 | c.msg[11])); }
+bytes fec_value(const bytes &m) { return bytes(m.begin() + 12, m.begin() + 12 + (m[10] << 8 | m[11])); }
 
 // Runs an encoder into room zeroed bytes, which it must not write past.
 template <class F>
@@ -61,37 +51,41 @@ struct fec_tlv {
     }
 };
 
-// A vector's first element through its own functions: codes, size (P2MP: where
-// the pre-parse stopped; 0 on failure), header stored (P2MP: even when refused).
-// A P2MP opaque value replaces one already there, with an assertion.
-TEST_F(Fec, ElementFunctions)
+// A vector's first element through its own functions: codes, size (P2MP: where the pre-parse stopped; 0 on
+// failure), header stored (P2MP: even when refused); a P2MP opaque value replaces one there, with an assertion.
+TEST_F(CodecTest, FecElementFunctions)
 {
-    const std::pair<const char *, unsigned> rows[] = {
-        {"prefix-17", 7}, {"prefix-family-3-short", 0}, {"two-prefixes", 5}, {"host-ipv6", 20},
-        {"host-header-cut", 0}, {"p2mp-lsp-id", 17}, {"p2mp-three-bytes", 0},
-        {"p2mp-root-past-end", 4}, {"p2mp-root-length-3", 4}, {"p2mp-no-opaque-length", 8},
+    const std::map<std::string, unsigned> rows = {
+        {"prefix-17", 7}, {"prefix-family-3-short", 0}, {"two-prefixes", 5}, {"host-ipv6", 20}, {"host-header-cut", 0},
+        {"p2mp-three-bytes", 0}, {"p2mp-root-past-end", 4}, {"p2mp-root-length-3", 4}, {"p2mp-no-opaque-length", 8},
         {"p2mp-opaque-past-end", 10}, {"p2mp-empty-opaque", 10}, {"p2mp-lsp-id-of-5", 18}, {"p2mp-extended", 18},
         {"p2mp-several-elements", 29}, {"p2mp-inner-header-cut", 19}};
     size_t replaced = 0;
-    for (const auto &[name, want] : rows) {
-        const vec_case &c = vec(name);
-        const bytes v = fec_value(c);
+    for (const vec_case &c : all_vectors()) {
+        const auto row = rows.find(c.name);
+        if (c.file != "fec" || row == rows.end()) {
+            continue;
+        }
+        const bytes v = fec_value(c.msg);
         const auto n = uint16_t(v.size());
         uint16_t at = 0xffff, size = 0;
         LDP_FecElement e = {};
-        LDP_FecElementBody *b = &e.stBody;
-        b->pucOpaqueValue = owned({0xaa});
+        e.stBody.pucOpaqueValue = owned({0xaa});
         const bool p2mp = v[0] == LDP_FEC_MLDP_P2MP, host = v[0] == LDP_FEC_HOST_ADDR;
-        auto *pre_parse = p2mp ? LDP_PreParseMldpFecElement : host ? LDP_PreParseHostAddrFecElement : LDP_PreParsePrefixFecElement;
-        auto *decode = host ? LDP_DecodeHostAddrFecElement : LDP_DecodePrefixFecElement;
-        const uint32_t pre = pre_parse(v.data(), n, &at);
-        const uint32_t rc = p2mp ? LDP_DecodeMldpFecElement(v.data(), n, &e, &size, kModule) : decode(v.data(), n, b, &size, kModule);
+        const uint32_t pre = (p2mp   ? LDP_PreParseMldpFecElement
+                              : host ? LDP_PreParseHostAddrFecElement
+                                     : LDP_PreParsePrefixFecElement)(v.data(), n, &at);
+        const uint32_t rc = p2mp ? LDP_DecodeMldpFecElement(v.data(), n, &e, &size, kModule)
+                                 : (host ? LDP_DecodeHostAddrFecElement
+                                         : LDP_DecodePrefixFecElement)(v.data(), n, &e.stBody, &size, kModule);
+        const LDP_FecElementBody &b = e.stBody;
+        const unsigned head = b.ucFecType << 24 | b.usAddrFamily << 8 | b.ucPrefixLen, want = row->second;
         const bool stored = rc == LDP_OK || (p2mp && n >= 4);
-        EXPECT_EQ(std::vector<unsigned>({pre, rc, at, size, unsigned(b->ucFecType << 24 | b->usAddrFamily << 8 | b->ucPrefixLen)}),
+        EXPECT_EQ(std::vector<unsigned>({pre, rc, at, size, head}),
                   std::vector<unsigned>({c.pre, c.dec, want, rc == LDP_OK ? want : 0,
-                                         stored ? unsigned(v[0] << 24 | v[1] << 16 | v[2] << 8 | v[3]) : 0})) << name;
+                                         stored ? unsigned(v[0] << 24 | v[1] << 16 | v[2] << 8 | v[3]) : 0})) << c.name;
         replaced += p2mp && rc == LDP_OK;
-        LDP_MemFreeCallBack(b->pucOpaqueValue);
+        LDP_MemFreeCallBack(e.stBody.pucOpaqueValue);
     }
     EXPECT_EQ(testplat::assertions().size(), replaced);
 }
@@ -114,27 +108,26 @@ void check_encode(Make make, uint16_t size, uint32_t rc, const std::string &out)
 }
 
 // Records built by hand, written as elements: kind, family, length byte,
-// address, then after '/' an opaque value (a PWid: kind, then its raw bytes).
-TEST_F(Fec, Encoders)
+// address, then after '/' an opaque value (a PWid: kind, then its raw bytes);
+// and the FEC value of every vector that re-encodes, decoded as it stands.
+TEST_F(CodecTest, FecEncoders)
 {
-    const struct { const char *elems; uint32_t rc; const char *out; } rows[] = {
-        {"", LDP_ERR_PARAM, "01 00 00 04 00 00 00 00"}, // the header goes out, then a refusal
-        {"01;01", LDP_ERR_PARAM, ""},                    // a Wildcard stands alone
-        {"09", LDP_ERR_PARAM, ""}, {"81", LDP_ERR_PARAM, ""}, {"02 00 01 21", LDP_ERR_PARAM, ""},
-        {"02 00 02 81", LDP_ERR_PARAM, ""}, {"02 00 03 08", LDP_ERR_PARAM, ""}, {"06 00 01 10", LDP_ERR_PARAM, ""},
-        {"06 00 02 04", LDP_ERR_PARAM, ""}, {"06 00 03 04", LDP_ERR_PARAM, ""},
-        {"80 80 0b 00 05 00 00 00 01", LDP_OK, "01 00 00 08 80 0b 00 05 00 00 00 01"},
-        {"08 00 02 10 20 01 00 00 00 00 00 00 00 00 00 00 00 00 00 09 / 05 00 00", LDP_OK, // IPv6 roots are sent
+    const struct { std::vector<std::string> elems; uint32_t rc; const char *out = ""; } rows[] = {
+        {{}, LDP_ERR_PARAM, "01 00 00 04 00 00 00 00"},   // the header goes out, then a refusal
+        {{"01 00 00 00", "01 00 00 00"}, LDP_ERR_PARAM}, // a Wildcard stands alone
+        {{"81 00 00 00"}, LDP_ERR_PARAM}, {{"02 00 01 21"}, LDP_ERR_PARAM}, {{"02 00 02 81"}, LDP_ERR_PARAM},
+        {{"02 00 03 08"}, LDP_ERR_PARAM}, {{"06 00 01 10"}, LDP_ERR_PARAM}, {{"06 00 02 04"}, LDP_ERR_PARAM},
+        {{"80 80 0b 00 05 00 00 00 01"}, LDP_OK, "01 00 00 08 80 0b 00 05 00 00 00 01"},
+        {{"08 00 02 10 20 01 00 00 00 00 00 00 00 00 00 00 00 00 00 09 / 05 00 00"}, LDP_OK, // IPv6 roots are sent
          "01 00 00 19 08 00 02 10 20 01 00 00 00 00 00 00 00 00 00 00 00 00 00 09 00 03 05 00 00"},
-        {"07 00 01 04 0a 00 00 01", LDP_OK, "01 00 00 0a 07 00 01 04 0a 00 00 01 00 00"},
-        {"03 00 09 02 aa bb", LDP_OK, "01 00 00 06 03 00 09 02 aa bb"}}; // family and length are not judged
+        {{"07 00 01 04 0a 00 00 01"}, LDP_OK, "01 00 00 0a 07 00 01 04 0a 00 00 01 00 00"},
+        {{"03 00 09 02 aa bb"}, LDP_OK, "01 00 00 06 03 00 09 02 aa bb"}}; // family and length are not judged
     for (const auto &r : rows) {
-        SCOPED_TRACE(r.elems);
+        SCOPED_TRACE(&r - rows);
         const auto size = uint16_t(*r.out != '\0' ? hex(r.out).size() : 64);
         check_encode([&](fec_tlv &t) {
             t.tlv.stTlvHeader.usTlvLen = uint16_t(size - 4);
-            std::istringstream list(r.elems);
-            for (std::string elem; std::getline(list, elem, ';');) {
+            for (const std::string &elem : r.elems) {
                 const size_t slash = std::min(elem.find('/'), elem.size());
                 bytes f = hex(elem.substr(0, slash)), opaque = hex(elem.substr(slash));
                 LDP_FecElementBody &b = t.add(f[0]);
@@ -143,7 +136,6 @@ TEST_F(Fec, Encoders)
                     b.pucRaw = owned(bytes(f.begin() + 1, f.end()));
                     continue;
                 }
-                f.resize(std::max<size_t>(f.size(), 4));
                 b.usAddrFamily = uint16_t(f[1] << 8 | f[2]);
                 b.ucPrefixLen = f[3];
                 std::copy(f.begin() + 4, f.end(), b.aucAddr);
@@ -152,28 +144,23 @@ TEST_F(Fec, Encoders)
             }
         }, size, r.rc, r.out);
     }
-}
-
-// The FEC value of every vector that re-encodes, decoded by LDP_DecodeFECTlv.
-TEST_F(Fec, VectorValues)
-{
     for (const vec_case &c : all_vectors()) {
         if (c.file == "fec" && c.has_enc) {
             SCOPED_TRACE(c.name);
-            const bytes v = fec_value(c);
+            const bytes v = fec_value(c.msg);
             check_encode([&](fec_tlv &t) { ASSERT_EQ(t.decode(v), LDP_OK); }, uint16_t(v.size() + 4), LDP_OK,
                          to_hex(&c.msg[8], v.size() + 4));
         }
     }
     fec_tlv t; // encoded twice, a record gives its type word and family swapped
-    ASSERT_EQ(t.decode(fec_value(vec("host-ipv4"))), LDP_OK);
+    ASSERT_EQ(t.decode(fec_value(vector_msg("fec", "host-ipv4"))), LDP_OK);
     uint32_t rc = 0;
     t.encode(12, rc);
     EXPECT_EQ(t.encode(12, rc), "00 01 00 08 03 01 00 04 0a 00 00 01");
 }
 
 // Release: what elements own goes with them, the list is left an empty head.
-TEST_F(Fec, Release)
+TEST_F(CodecTest, FecRelease)
 {
     fec_tlv t;
     t.add(LDP_FEC_PWID).pucRaw = owned({0x80, 0x00});
@@ -181,9 +168,7 @@ TEST_F(Fec, Release)
     t.add(LDP_FEC_MLDP_MP2MP_DOWN).pucOpaqueValue = owned({5, 0, 0});
     t.add(LDP_FEC_MLDP_P2MP);
     LDP_FreeFecElement(&t.tlv);
-    EXPECT_TRUE(is_empty(t.tlv.stFecList));
-    EXPECT_EQ(testplat::live_blocks(), 0u);
-    expect_no_assertions();
+    EXPECT_TRUE(is_empty(t.tlv.stFecList) && testplat::live_blocks() == 0 && testplat::assertions().empty());
     LDP_FecElementBody &b = t.add(LDP_FEC_PREFIX); // a P2MP body under another kind: freed, and reported
     b.ucFecType = LDP_FEC_MLDP_P2MP;
     b.pucOpaqueValue = owned({5, 0, 0});
@@ -191,9 +176,8 @@ TEST_F(Fec, Release)
     expect_one_assertion("ldp_enc");
 }
 
-// Opaque values: a value to its list (linked both ways through the head) and
-// back, an empty one, one that does not parse; single elements; LSP IDs.
-TEST_F(Fec, OpaqueValues)
+// Opaque values: to a list (linked both ways through its head) and back; a bad one; elements; LSP IDs.
+TEST_F(CodecTest, FecOpaqueValues)
 {
     const auto show = [](const LDP_OvElement *e) {
         return std::to_string(e->ucType) + "/" + std::to_string(e->usLen) + "/" + std::to_string(e->usExtLen) + "=" +
@@ -211,18 +195,16 @@ TEST_F(Fec, OpaqueValues)
     EXPECT_EQ(got, "1/4/0=01 02 03 04 255/7/2=aa bb 5/0/0=null "); // type 255: usLen is the Extended Type
     uint8_t *out = nullptr;
     uint16_t n = 0;
-    for (const size_t len : {v.size(), size_t(0)}) { // an empty list too gives a buffer
-        EXPECT_EQ(LDP_EncodeOvElement(&head, &out, &n, kModule), LDP_OK);
-        EXPECT_EQ(to_hex(out, n), to_hex(v.data(), len));
-        LDP_MemFreeCallBack(out);
-        LDP_FreeAllOvElement(&head);
-        EXPECT_TRUE(head.pNext == end && head.pPrev == end);
-        EXPECT_EQ(LDP_DecodeOvToElementList(v.data(), 0, &head, kModule), LDP_OK);
-    }
+    EXPECT_EQ(LDP_EncodeOvElement(&head, &out, &n, kModule), LDP_OK);
+    EXPECT_EQ(to_hex(out, n), to_hex(v));
+    LDP_MemFreeCallBack(out);
+    LDP_FreeAllOvElement(&head);
+    EXPECT_TRUE(head.pNext == end && head.pPrev == end);
     const bytes bad = hex("05 00 01 aa ff 00 01 00 03 aa bb cc 07 00 02 aa bb");
     EXPECT_EQ(LDP_DecodeOvToElementList(bad.data(), 6, &head, kModule), LDP_ERR_PARAM);
     EXPECT_EQ(head.pNext, end);
-    EXPECT_TRUE(LDP_MLDP_UtilCheckOVElementHead(bad.data() + 6, 6) && !LDP_MLDP_UtilCheckOVElementHead(bad.data() + 12, 4));
+    EXPECT_TRUE(LDP_MLDP_UtilCheckOVElementHead(bad.data() + 6, 6));
+    EXPECT_FALSE(LDP_MLDP_UtilCheckOVElementHead(bad.data() + 12, 4));
     EXPECT_TRUE(LDP_DecodeOvElementType(bad.data() + 12, 2) == 7 && LDP_DecodeOvElementType(bad.data(), 0) == 0);
     EXPECT_EQ(LDP_DecodeOvElement(bad.data() + 6, 6, kModule), nullptr); // an LSP ID of 3 bytes
     testplat::fail_alloc_at(2);
@@ -232,8 +214,7 @@ TEST_F(Fec, OpaqueValues)
     e = LDP_CreateOvElementByLspId(0x01020304u, kModule);
     EXPECT_EQ(show(e), "1/4/0=01 02 03 04");
     uint32_t id = 0;
-    EXPECT_EQ(LDP_GetLspIdByOvElement(e, &id), LDP_OK);
-    EXPECT_EQ(id, 0x01020304u);
+    EXPECT_TRUE(LDP_GetLspIdByOvElement(e, &id) == LDP_OK && id == 0x01020304u);
     LDP_FreeOvElement(e);
     for (size_t k = 1; k <= 2; ++k) {
         testplat::fail_alloc_at(k);
@@ -241,9 +222,8 @@ TEST_F(Fec, OpaqueValues)
     }
 }
 
-// The MP Status encoder in every room: header, element type, length, then one
-// status byte whatever the length says.
-TEST_F(Fec, MpStatusEncode)
+// The MP Status encoder in every room: header, type, length, then one status byte whatever the length says.
+TEST_F(CodecTest, FecMpStatusEncode)
 {
     const char *const rooms[] = {"", "00", "00 00", "00 00 00", "09 6f 00 04", "09 6f 00 04 01", "09 6f 00 04 01 00",
                                  "09 6f 00 04 01 00 03", "09 6f 00 04 01 00 03 02", "09 6f 00 04 01 00 03 02 00"};

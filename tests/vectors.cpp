@@ -274,10 +274,10 @@ void load_file(const std::filesystem::path &path, std::vector<vec_case> &out)
                 const auto eq = w.find('=');
                 cur->fields.emplace_back(w.substr(0, eq), eq == std::string::npos ? "" : w.substr(eq + 1));
             }
-        } else if (key == "assert") {
+        } else if (key == "assert" || key == "allocs") {
             std::istringstream r(rest);
             for (std::string w; r >> w;) {
-                cur->asserts.push_back(w);
+                (key == "assert" ? cur->asserts : cur->allocs).push_back(w);
             }
         } else {
             ADD_FAILURE() << path << ":" << line_no << ": unknown key '" << key << "'";

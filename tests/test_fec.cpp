@@ -59,7 +59,8 @@ TEST_F(CodecTest, FecElementFunctions)
         {"prefix-17", 7}, {"prefix-family-3-short", 0}, {"two-prefixes", 5}, {"host-ipv6", 20}, {"host-header-cut", 0},
         {"p2mp-three-bytes", 0}, {"p2mp-root-past-end", 4}, {"p2mp-root-length-3", 4}, {"p2mp-no-opaque-length", 8},
         {"p2mp-opaque-past-end", 10}, {"p2mp-empty-opaque", 10}, {"p2mp-lsp-id-of-5", 18}, {"p2mp-extended", 18},
-        {"p2mp-several-elements", 29}, {"p2mp-inner-header-cut", 19}};
+        {"p2mp-several-elements", 29}, {"p2mp-inner-header-cut", 19}, {"p2mp-header-only", 4},
+        {"p2mp-root-fills-value", 8}};
     size_t replaced = 0;
     for (const vec_case &c : all_vectors()) {
         const auto row = rows.find(c.name);

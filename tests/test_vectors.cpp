@@ -1,5 +1,6 @@
 // The vector driver: every case of tests/vectors/*.vec goes through the same
 // checks, so one line of wire bytes is tested many ways.
+#include <algorithm>
 #include <set>
 
 #include "vectors.hpp"
@@ -59,9 +60,9 @@ protected:
         for (const uint32_t module : testplat::modules_seen()) {
             EXPECT_EQ(module, kModule) << "the caller's memory module on every allocation";
         }
-        for (const std::string &file : testplat::alloc_files()) {
-            EXPECT_EQ(file, "ldp_dec") << "decode allocations name the decoder";
-        }
+        const std::vector<std::string> files = testplat::alloc_files();
+        EXPECT_EQ(files, c.allocs.empty() ? std::vector<std::string>(files.size(), "ldp_dec") : c.allocs)
+            << "decode allocations name the decoder (or as the case says)";
         for (const auto &[name, want] : c.fields) {
             if (d.rec != nullptr) {
                 EXPECT_EQ(check_field(type, d.rec, name, want), "");
@@ -126,13 +127,12 @@ protected:
         LDP_FreeMessage(decode(c.msg).rec);
         const size_t allocs = testplat::alloc_calls();
         const size_t copies = testplat::memcpy_calls();
-        EXPECT_TRUE(c.nomem.size() == 1 || c.nomem.size() == allocs) << "nomem: one code, or one per allocation";
+        EXPECT_TRUE(c.nomem.size() == 1 || c.nomem.size() <= allocs) << "nomem: more codes than allocations";
         for (size_t k = 1; k <= allocs; ++k) {
             testplat::reset();
             testplat::fail_alloc_at(k);
             const decoded d = decode(c.msg);
-            const uint32_t want = c.nomem.size() == 1 ? c.nomem[0] : k <= c.nomem.size() ? c.nomem[k - 1] : 0;
-            EXPECT_EQ(d.rc, want) << "allocation " << k << " of " << allocs << " failed";
+            EXPECT_EQ(d.rc, c.nomem[std::min(k, c.nomem.size()) - 1]) << "allocation " << k << " of " << allocs << " failed";
             EXPECT_EQ(d.rec, nullptr);
             LDP_FreeMessage(d.rec);
         }

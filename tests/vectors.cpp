@@ -178,6 +178,20 @@ const std::vector<field> &fields()
         FLD(LDP_MSG_LABEL_ABORT_REQUEST, LDP_LabelRequestAbortMsg, stLabelReqIdTlv.usTlvLen),
         FLD(LDP_MSG_LABEL_ABORT_REQUEST, LDP_LabelRequestAbortMsg, ulLabelReqMsgId),
         FLD(LDP_MSG_LABEL_ABORT_REQUEST, LDP_LabelRequestAbortMsg, ucAbortFlags),
+        // FEC family: the FEC TLV and its elements, the MP Status TLV (in Label Mapping).
+        FLD(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stFecTlv.stTlvHeader.usTlvLen),
+        FLD(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stFecTlv.stFecList.ulCount),
+        ELEM(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stFecTlv.stFecList, LDP_FecElement, ucFecKind),
+        ELEM(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stFecTlv.stFecList, LDP_FecElement, stBody.ucFecType),
+        ELEM(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stFecTlv.stFecList, LDP_FecElement, stBody.usAddrFamily),
+        ELEM(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stFecTlv.stFecList, LDP_FecElement, stBody.ucPrefixLen),
+        ELEM(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stFecTlv.stFecList, LDP_FecElement, stBody.aucAddr),
+        ELEM(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stFecTlv.stFecList, LDP_FecElement, stBody.usOpaqueLen),
+        FLD(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stMpStatusTlv.usElemLen),
+        FLD(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stMpStatusTlv.ucElemType),
+        FLD(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stMpStatusTlv.ucStatusCode),
+        FLD(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stMpStatusTlv.ucElemFlags),
+        FLD(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, ucOptFlags2),
     };
     return f;
 }
@@ -307,10 +321,10 @@ void load_file(const std::filesystem::path &path, std::vector<vec_case> &out)
                 const auto eq = w.find('=');
                 cur->fields.emplace_back(w.substr(0, eq), eq == std::string::npos ? "" : w.substr(eq + 1));
             }
-        } else if (key == "assert") {
+        } else if (key == "assert" || key == "allocs") {
             std::istringstream r(rest);
             for (std::string w; r >> w;) {
-                cur->asserts.push_back(w);
+                (key == "assert" ? cur->asserts : cur->allocs).push_back(w);
             }
         } else {
             ADD_FAILURE() << path << ":" << line_no << ": unknown key '" << key << "'";
@@ -387,7 +401,10 @@ std::string check_field(uint16_t type, const void *rec, const std::string &name,
         const std::string full = f.name;
         const bool named = full == member || (full.size() > member.size() &&
                                               full.compare(full.size() - member.size() - 1, std::string::npos, "." + member) == 0);
-        if ((f.type != 0 && f.type != type) || list != f.list || !named) {
+        const std::string flist = f.list; // a list too may be named by its last members
+        const bool in_list = flist == list || (flist.size() > list.size() && !list.empty() &&
+                                               flist.compare(flist.size() - list.size() - 1, std::string::npos, "." + list) == 0);
+        if ((f.type != 0 && f.type != type) || !in_list || !named) {
             continue;
         }
         const auto *p = static_cast<const uint8_t *>(rec);

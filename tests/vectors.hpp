@@ -23,9 +23,10 @@ struct vec_case {
     bool has_enc = false;
     bytes enc;
     uint32_t short_rc = LDP_ERR_PARAM;
-    std::vector<uint32_t> nomem{LDP_ERR_NO_MEMORY}; // one code for all, or one per allocation
+    std::vector<uint32_t> nomem{LDP_ERR_NO_MEMORY}; // k-th failed allocation: k-th code, the last repeats
     std::vector<std::pair<std::string, std::string>> fields;
     std::vector<std::string> asserts;
+    std::vector<std::string> allocs; // LDP_Decode's allocations by source-file text, when not all "ldp_dec"
 
     std::string label() const { return file + ":" + std::to_string(line) + " " + name; }
 };

@@ -65,15 +65,13 @@ const std::vector<field> &fields()
         FLD(0, LDP_KeepAliveMsg, stMsgHeader.usMsgType),
         FLD(0, LDP_KeepAliveMsg, stMsgHeader.usMsgLen),
         FLD(0, LDP_KeepAliveMsg, stMsgHeader.ulMsgId),
-        // label: Label Mapping and its label TLVs
+        // label: the Label Mapping record and its label TLVs
 #define MAP(M) FLD(LDP_MSG_LABEL_MAPPING, LDP_MappingMsg, M)
-        MAP(stFecTlv.stFecList.ulCount), MAP(stLabelTlv.stTlvHeader.usTlvType), MAP(stLabelTlv.stTlvHeader.usTlvLen),
-        MAP(stLabelTlv.ulLabel), MAP(stLabelTlv.usLabelKind), MAP(stLabelReqIdTlv.stTlvHeader.usTlvType),
-        MAP(stLabelReqIdTlv.ulReqMsgId), MAP(stHopCountTlv.ucHopCount), MAP(stPathVectorTlv.stTlvHeader.usTlvLen),
+        MAP(stFecTlv.stFecList.ulCount), MAP(stLabelTlv.stTlvHeader.usTlvType), MAP(stLabelTlv.ulLabel),
+        MAP(stLabelTlv.usLabelKind), MAP(stLabelReqIdTlv.ulReqMsgId), MAP(stHopCountTlv.ucHopCount),
         MAP(stPathVectorTlv.usLsrIdCount), MAP(stShortTlv.stTlvHeader.usTlvType), MAP(stShortTlv.usValue),
-        MAP(stMpStatusTlv.ucStatusCode), MAP(stPrivTlv.stTlvHeader.usTlvType), MAP(stPrivTlv.aucValue),
-        MAP(stUnknTlvList.ulCount), MAP(ucOptFlags1), MAP(ucOptFlags2),
-        ELEM(LDP_MSG_LABEL_MAPPING, LDP_MappingMsg, stUnknTlvList, LDP_UnknownTlv, ulTlvLen),
+        MAP(stMpStatusTlv.ucStatusCode), MAP(stPrivTlv.aucValue), MAP(stUnknTlvList.ulCount), MAP(ucOptFlags1),
+        MAP(ucOptFlags2), ELEM(LDP_MSG_LABEL_MAPPING, LDP_MappingMsg, stUnknTlvList, LDP_UnknownTlv, ulTlvLen),
 #undef MAP
     };
     return f;

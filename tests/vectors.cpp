@@ -192,6 +192,13 @@ const std::vector<field> &fields()
         FLD(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stMpStatusTlv.ucStatusCode),
         FLD(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, stMpStatusTlv.ucElemFlags),
         FLD(LDP_MSG_LABEL_MAPPING, LDP_LabelMappingMsg, ucOptFlags2),
+        // label: the Label Mapping record and its label TLVs
+#define MAP(M) FLD(LDP_MSG_LABEL_MAPPING, LDP_MappingMsg, M)
+        MAP(stLabelTlv.stTlvHeader.usTlvType), MAP(stLabelTlv.ulLabel),
+        MAP(stLabelTlv.usLabelKind), MAP(stLabelReqIdTlv.ulReqMsgId), MAP(stHopCountTlv.ucHopCount),
+        MAP(stPathVectorTlv.usLsrIdCount), MAP(stShortTlv.stTlvHeader.usTlvType), MAP(stShortTlv.usValue),
+        MAP(stPrivTlv.aucValue), MAP(stUnknTlvList.ulCount), MAP(ucOptFlags1), ELEM(LDP_MSG_LABEL_MAPPING, LDP_MappingMsg, stUnknTlvList, LDP_UnknownTlv, ulTlvLen),
+#undef MAP
     };
     return f;
 }

@@ -188,7 +188,7 @@ TEST_F(EntryTest, RandomMessagesGiveDocumentedCodes)
 
 // Every exported function that takes pointers answers a null in any of them
 // with 1 (or nothing, for the release functions), silently.
-alignas(8) uint8_t g_scratch[4096];
+alignas(8) uint8_t g_scratch[8192];
 
 template <class T>
 T arg(bool null)
@@ -196,7 +196,7 @@ T arg(bool null)
     if constexpr (std::is_pointer_v<T>) {
         return null ? nullptr : reinterpret_cast<T>(g_scratch);
     } else {
-        return T{};
+        return sizeof(T) > 1 ? T(4096) : T{}; // room and lengths that cannot be the reason for a 1
     }
 }
 

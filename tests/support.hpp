@@ -79,39 +79,6 @@ inline uint32_t u32_at(const void *p, size_t i)
     return v;
 }
 
-// One received message through the three decode paths: the pre-parse, the
-// decoder on a fresh record (prepare sets up its lists as LDP_Decode would),
-// and LDP_Decode, which answers with the pre-parse's code or, when that
-// passes, the decoder's. No assertion may fire. Returns LDP_Decode's result;
-// the caller releases its record.
-template <class Rec>
-decoded expect_decode_paths(const bytes &msg, uint32_t type, uint32_t (*pre_parse)(const uint8_t *),
-                            uint32_t (*decoder)(const uint8_t *, Rec *, uint32_t), uint32_t pre_rc,
-                            uint32_t dec_rc, void (*prepare)(Rec *) = nullptr)
-{
-    EXPECT_EQ(pre_parse(msg.data()), pre_rc) << "pre-parse";
-    Rec *rec = new_record<Rec>();
-    if (prepare != nullptr) {
-        prepare(rec);
-    }
-    EXPECT_EQ(decoder(msg.data(), rec, kModule), dec_rc) << "decoder";
-    LDP_FreeMessage(rec);
-
-    const decoded d = decode(msg);
-    const uint32_t want = pre_rc != LDP_OK ? pre_rc : dec_rc;
-    EXPECT_EQ(d.rc, want) << "LDP_Decode";
-    // The type is reported once the message passes the entry's length checks.
-    const size_t msg_len = msg.size() >= 4 ? size_t(msg[2]) << 8 | msg[3] : 0;
-    if (msg_len >= 4 && msg.size() >= msg_len + 4) {
-        EXPECT_EQ(d.type, type);
-    }
-    EXPECT_EQ(d.rec != nullptr, want == LDP_OK) << "a record only with LDP_OK";
-    for (const auto &a : testplat::assertions()) {
-        ADD_FAILURE() << "unexpected assertion " << a.file << ":" << a.line << " " << a.text;
-    }
-    return d;
-}
-
 struct encoded {
     uint32_t rc = 0;
     bytes wire;

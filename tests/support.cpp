@@ -1,6 +1,9 @@
 // Test helpers (see support.hpp).
 #include "support.hpp"
 
+#include "hex_text.hpp"
+
+#include <algorithm>
 #include <cctype>
 #include <cstdio>
 
@@ -8,22 +11,10 @@ namespace ldptest {
 
 bytes hex(std::string_view text)
 {
+    std::string t(text);
+    std::replace(t.begin(), t.end(), '/', ' '); // tests may mark TLV boundaries with '/'
     bytes out;
-    int hi = -1;
-    for (char c : text) {
-        if (std::isxdigit(static_cast<unsigned char>(c)) == 0) {
-            continue;
-        }
-        const int v = std::isdigit(static_cast<unsigned char>(c)) ? c - '0'
-                                                                  : std::tolower(static_cast<unsigned char>(c)) - 'a' + 10;
-        if (hi < 0) {
-            hi = v;
-        } else {
-            out.push_back(uint8_t(hi << 4 | v));
-            hi = -1;
-        }
-    }
-    EXPECT_LT(hi, 0) << "odd number of hex digits in: " << text;
+    EXPECT_TRUE(ldphex::parse(t, out)) << "not hex: " << text;
     return out;
 }
 

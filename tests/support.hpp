@@ -19,7 +19,7 @@ namespace ldptest {
 
 using bytes = std::vector<uint8_t>;
 
-// "02 01 00 04" -> {0x02, 0x01, 0x00, 0x04}; blanks, colons and dashes are ignored.
+// "02 01 00 04" -> {0x02, 0x01, 0x00, 0x04}; blanks, colons, dashes and slashes separate.
 bytes hex(std::string_view text);
 std::string to_hex(const uint8_t *p, size_t n);
 inline std::string to_hex(const bytes &b) { return to_hex(b.data(), b.size()); }

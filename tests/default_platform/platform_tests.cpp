@@ -14,80 +14,52 @@ struct elem {
     SLL_Node node;
     int id;
 };
+using ids = std::vector<int>;
 
-SLL_Node *head(SLL_List *l) { return &l->stHead; }
-
-void init(SLL_List *l)
+// The ids met from the head round to the head again; count and tail must agree.
+ids walk(SLL_List &l)
 {
-    l->stHead.pNext = head(l);
-    l->stHead.ulHandle = 0;
-    l->pTail = head(l);
-    l->ulCount = 0;
-}
-
-void append(SLL_List *l, elem *e) { SLL_Insert_In_Middle(l, l->pTail, &e->node, head(l)); }
-
-std::vector<int> ids(SLL_List *l)
-{
-    std::vector<int> out;
-    for (SLL_Node *n = l->stHead.pNext; n != head(l); n = n->pNext) {
+    ids out;
+    SLL_Node *last = &l.stHead;
+    for (SLL_Node *n = l.stHead.pNext; n != &l.stHead; last = n, n = n->pNext) {
         out.push_back(reinterpret_cast<elem *>(n)->id);
     }
+    EXPECT_EQ(l.ulCount, out.size());
+    EXPECT_EQ(l.pTail, last);
     return out;
 }
 
-TEST(DefaultPlatformList, AppendDeleteKeepRingTailAndCount)
-{
-    SLL_List l;
-    init(&l);
-    elem e[4] = {{{}, 1}, {{}, 2}, {{}, 3}, {{}, 4}};
-    for (auto &x : e) {
-        append(&l, &x);
-    }
-    EXPECT_EQ(ids(&l), (std::vector<int>{1, 2, 3, 4}));
-    EXPECT_EQ(l.ulCount, 4u);
-    EXPECT_EQ(l.pTail, &e[3].node);
-    EXPECT_EQ(e[3].node.pNext, head(&l));
+ids g_freed;
 
+TEST(DefaultPlatformList, AppendDeleteAndFreeAllKeepRingTailAndCount)
+{
+    SLL_List l{{&l.stHead, 0}, &l.stHead, 0};
+    elem e[4] = {{{}, 1}, {{}, 2}, {{}, 3}, {{}, 4}};
+    const auto append_all = [&] {
+        for (elem &x : e) {
+            SLL_Insert_In_Middle(&l, l.pTail, &x.node, &l.stHead);
+        }
+    };
+    append_all();
+    EXPECT_EQ(walk(l), (ids{1, 2, 3, 4}));
     SLL_Delete(&l, &e[3].node); // tail
-    EXPECT_EQ(l.pTail, &e[2].node);
     SLL_Delete(&l, &e[0].node); // first
     SLL_Delete(&l, &e[0].node); // no longer on the list: nothing happens
-    EXPECT_EQ(ids(&l), (std::vector<int>{2, 3}));
-    EXPECT_EQ(l.ulCount, 2u);
+    EXPECT_EQ(walk(l), (ids{2, 3}));
     SLL_Delete(&l, &e[1].node);
     SLL_Delete(&l, &e[2].node);
-    EXPECT_EQ(l.ulCount, 0u);
-    EXPECT_EQ(l.pTail, head(&l));
-    EXPECT_EQ(l.stHead.pNext, head(&l));
+    EXPECT_EQ(walk(l), ids{});
+
+    append_all();
+    const SLL_FreeFunc note = [](void *p) -> uint32_t { g_freed.push_back(static_cast<elem *>(p)->id); return 0; };
+    SLL_FreeAll(&l, note); // each release called, the list left empty
+    EXPECT_EQ(g_freed, (ids{1, 2, 3, 4}));
+    EXPECT_EQ(walk(l), ids{});
+    SLL_FreeAll(&l, note); // an empty list: no calls
+    EXPECT_EQ(g_freed.size(), 4u);
 }
 
-std::vector<int> g_freed;
-uint32_t record_free(void *p)
-{
-    g_freed.push_back(static_cast<elem *>(p)->id);
-    return 0;
-}
-
-TEST(DefaultPlatformList, FreeAllCallsTheReleaseOnEachAndEmpties)
-{
-    SLL_List l;
-    init(&l);
-    elem e[3] = {{{}, 7}, {{}, 8}, {{}, 9}};
-    for (auto &x : e) {
-        append(&l, &x);
-    }
-    g_freed.clear();
-    SLL_FreeAll(&l, record_free);
-    EXPECT_EQ(g_freed, (std::vector<int>{7, 8, 9}));
-    EXPECT_EQ(l.ulCount, 0u);
-    EXPECT_EQ(l.stHead.pNext, head(&l));
-    EXPECT_EQ(l.pTail, head(&l));
-    SLL_FreeAll(&l, record_free); // an empty list: no calls
-    EXPECT_EQ(g_freed.size(), 3u);
-}
-
-TEST(DefaultPlatformMem, BoundsCheckedCopyAndFill)
+TEST(DefaultPlatformMem, BoundsCheckedCopyFillAndTheAllocator)
 {
     uint8_t dst[4] = {};
     const uint8_t src[5] = {1, 2, 3, 4, 5};
@@ -99,16 +71,10 @@ TEST(DefaultPlatformMem, BoundsCheckedCopyAndFill)
     EXPECT_EQ(memset_s(dst, sizeof dst, 0xAB, 4), 0);
     EXPECT_EQ(dst[3], 0xAB);
     EXPECT_EQ(memset_s(dst, sizeof dst, 0, 5), ERANGE);
-}
 
-TEST(DefaultPlatformMem, AllocatorAndFree)
-{
-    void *p = PLAT_SimpleAlloc_F(1, 32, "test", 1);
-    ASSERT_NE(p, nullptr);
-    EXPECT_EQ(PLAT_Free_F(p, "test", 2), 0u);
-    void *q = PLAT_Malloc_F(1, g_aucPlatMemPt[2], 8, "test", 3);
-    ASSERT_NE(q, nullptr);
-    EXPECT_EQ(PLAT_Free_F(q, "test", 4), 0u);
+    // A block freed with 0 was handed out (freeing nothing is refused).
+    EXPECT_EQ(PLAT_Free_F(PLAT_SimpleAlloc_F(1, 32, "test", 1), "test", 2), 0u);
+    EXPECT_EQ(PLAT_Free_F(PLAT_Malloc_F(1, g_aucPlatMemPt[2], 8, "test", 3), "test", 4), 0u);
     EXPECT_NE(PLAT_Free_F(nullptr, "test", 5), 0u);
 }
 
@@ -132,10 +98,8 @@ TEST(DefaultPlatformSys, TextTimeAndCompare)
 
     SYS_Systime t;
     SYS_SystimeGet(&t);
-    const unsigned year = unsigned(t.aucTime[0]) << 8 | t.aucTime[1];
-    EXPECT_GE(year, 2024u);
-    EXPECT_GE(t.aucTime[2], 1);
-    EXPECT_LE(t.aucTime[2], 12);
+    EXPECT_GE(unsigned(t.aucTime[0]) << 8 | t.aucTime[1], 2024u) << "the year";
+    EXPECT_TRUE(t.aucTime[2] >= 1 && t.aucTime[2] <= 12) << "the month";
 }
 
 } // namespace

@@ -42,6 +42,11 @@ LDP_API void LDP_FreeMessage(void *pMsgRecord);
 /* Release one block (a list element or an encoded buffer); usable as SLL_FreeFunc. */
 LDP_API uint32_t LDP_MemFreeCallBack(void *p);
 
+/* The name of a result code as its macro spells it ("LDP_STATUS_BAD_TLV_LEN"),
+ * for logs; "unknown result" for a value that is not one of the library's
+ * codes. The text is static: never freed, never NULL. */
+LDP_API const char *LDP_GetResultName(uint32_t ulResult);
+
 #ifdef __cplusplus
 }
 #endif

@@ -149,27 +149,14 @@ const std::vector<field> &fields()
     return f;
 }
 
+// A result code by its macro name without the prefix (BAD_TLV_LEN), or a number.
 uint32_t parse_code(const std::string &s)
 {
-    static const std::map<std::string, uint32_t> names = {
-        {"OK", LDP_OK},
-        {"PARAM", LDP_ERR_PARAM},
-        {"UNKNOWN_MSG_TYPE", LDP_STATUS_UNKNOWN_MSG_TYPE},
-        {"BAD_MSG_LEN", LDP_STATUS_BAD_MSG_LEN},
-        {"UNKNOWN_TLV", LDP_STATUS_UNKNOWN_TLV},
-        {"BAD_TLV_LEN", LDP_STATUS_BAD_TLV_LEN},
-        {"MALFORMED_TLV", LDP_STATUS_MALFORMED_TLV},
-        {"UNKNOWN_FEC", LDP_STATUS_UNKNOWN_FEC},
-        {"MISSING_MSG_PARAMS", LDP_STATUS_MISSING_MSG_PARAMS},
-        {"UNSUPPORTED_AF", LDP_STATUS_UNSUPPORTED_AF},
-        {"INTERNAL_ERROR", LDP_STATUS_INTERNAL_ERROR},
-        {"IGNORE_MSG", LDP_ERR_IGNORE_MSG},
-        {"NO_MEMORY", LDP_ERR_NO_MEMORY},
-        {"STOP_WALK", LDP_STOP_WALK},
-    };
-    const auto it = names.find(s);
-    if (it != names.end()) {
-        return it->second;
+    for (const uint32_t code : {0u, 1u, 4u, 5u, 6u, 7u, 8u, 12u, 22u, 23u, 25u, 106u, 108u, 0xFFFFFFFFu}) {
+        const std::string name = LDP_GetResultName(code);
+        if (name.ends_with("_" + s) || name == "LDP_" + s) {
+            return code;
+        }
     }
     char *end = nullptr;
     const unsigned long v = std::strtoul(s.c_str(), &end, 0);

@@ -104,6 +104,13 @@ void fec_values(const LDP_FecTlv &fec, std::string &prefixes, std::string &hosts
     }
 }
 
+std::string hex32(uint32_t v)
+{
+    char t[16];
+    std::snprintf(t, sizeof t, "0x%08x", v);
+    return t;
+}
+
 // The line tshark should print for this record; fields as in run.sh.
 std::string expected_line(uint32_t type, const void *rec)
 {
@@ -111,64 +118,43 @@ std::string expected_line(uint32_t type, const void *rec)
     char head[64];
     std::snprintf(head, sizeof head, "0x%04x|%u|0x%08x", h.usMsgType & LDP_MSG_TYPE_MASK, h.usMsgLen, h.ulMsgId);
     std::string hold, taddr, ka, rxlsr, label, hops, reqid, prefixes, hosts;
+    // The label messages: the label when present, then the FEC values.
+    auto labelled = [&](const auto &m, bool has_label) {
+        label = has_label ? std::to_string(m.stLabelTlv.ulLabel) : "";
+        fec_values(m.stFecTlv, prefixes, hosts);
+    };
     if (type == LDP_MSG_HELLO) {
         const auto &m = *static_cast<const LDP_HelloMsg *>(rec);
         hold = std::to_string(m.usHoldTime);
-        if (m.ucHelloOptFlags & LDP_HELLO_OPT_IPV4_TRANS) {
-            taddr = ipv4(m.ulIpv4TransAddr);
-        }
+        taddr = m.ucHelloOptFlags & LDP_HELLO_OPT_IPV4_TRANS ? ipv4(m.ulIpv4TransAddr) : "";
     } else if (type == LDP_MSG_INIT) {
         const auto &m = *static_cast<const LDP_InitMsg *>(rec);
         ka = std::to_string(m.stCommSess.usKeepAliveTime);
         rxlsr = ipv4(m.stCommSess.ulReceiverLsrId);
     } else if (type == LDP_MSG_LABEL_MAPPING) {
         const auto &m = *static_cast<const LDP_MappingMsg *>(rec);
-        label = std::to_string(m.stLabelTlv.ulLabel);
-        if (m.ucOptFlags1 & LDP_MAP_OPT_HOP_COUNT) {
-            hops = std::to_string(m.stHopCountTlv.ucHopCount);
-        }
-        if (m.ucOptFlags1 & LDP_MAP_OPT_LABEL_REQ_ID) {
-            char id[16];
-            std::snprintf(id, sizeof id, "0x%08x", m.stLabelReqIdTlv.ulReqMsgId);
-            reqid = id;
-        }
-        fec_values(m.stFecTlv, prefixes, hosts);
+        labelled(m, true);
+        hops = m.ucOptFlags1 & LDP_MAP_OPT_HOP_COUNT ? std::to_string(m.stHopCountTlv.ucHopCount) : "";
+        reqid = m.ucOptFlags1 & LDP_MAP_OPT_LABEL_REQ_ID ? hex32(m.stLabelReqIdTlv.ulReqMsgId) : "";
     } else if (type == LDP_MSG_NOTIFICATION) {
         const auto &m = *static_cast<const LDP_NotifyMsg *>(rec);
-        if (m.ucNotifFlags & LDP_NOTIF_LABEL_REQ_ID) {
-            char id[16];
-            std::snprintf(id, sizeof id, "0x%08x", m.ulLabelReqMsgId);
-            reqid = id;
-        }
+        reqid = m.ucNotifFlags & LDP_NOTIF_LABEL_REQ_ID ? hex32(m.ulLabelReqMsgId) : "";
         if (m.ucNotifFlags & LDP_NOTIF_FEC) {
             fec_values(m.stFecTlv, prefixes, hosts);
         }
     } else if (type == LDP_MSG_LABEL_REQUEST) {
         const auto &m = *static_cast<const LDP_RequestMsg *>(rec);
-        if (m.ucOptFlags1 & LDP_REQ_OPT_LABEL) {
-            label = std::to_string(m.stLabelTlv.ulLabel);
-        }
-        if (m.ucOptFlags1 & LDP_REQ_OPT_HOP_COUNT) {
-            hops = std::to_string(m.stHopCountTlv.ucHopCount);
-        }
-        fec_values(m.stFecTlv, prefixes, hosts);
+        labelled(m, m.ucOptFlags1 & LDP_REQ_OPT_LABEL);
+        hops = m.ucOptFlags1 & LDP_REQ_OPT_HOP_COUNT ? std::to_string(m.stHopCountTlv.ucHopCount) : "";
     } else if (type == LDP_MSG_LABEL_WITHDRAW) {
         const auto &m = *static_cast<const LDP_LabelWithdrawMsg *>(rec);
-        if (m.ucLblFlags & LDP_WDR_FLAG_LABEL) {
-            label = std::to_string(m.stLabelTlv.ulLabel);
-        }
-        fec_values(m.stFecTlv, prefixes, hosts);
+        labelled(m, m.ucLblFlags & LDP_WDR_FLAG_LABEL);
     } else if (type == LDP_MSG_LABEL_RELEASE) {
         const auto &m = *static_cast<const LDP_LabelReleaseMsg *>(rec);
-        if (m.ucLblFlags & LDP_REL_FLAG_LABEL) {
-            label = std::to_string(m.stLabelTlv.ulLabel);
-        }
-        fec_values(m.stFecTlv, prefixes, hosts);
+        labelled(m, m.ucLblFlags & LDP_REL_FLAG_LABEL);
     } else if (type == LDP_MSG_LABEL_ABORT_REQUEST) {
         const auto &m = *static_cast<const LDP_LabelRequestAbortMsg *>(rec);
-        char id[16];
-        std::snprintf(id, sizeof id, "0x%08x", m.ulLabelReqMsgId);
-        reqid = id;
+        reqid = hex32(m.ulLabelReqMsgId);
         fec_values(m.stFecTlv, prefixes, hosts);
     }
     return std::string(head) + "|" + hold + "|" + taddr + "|" + ka + "|" + rxlsr + "|" + label + "|" + hops +

@@ -8,8 +8,6 @@
 namespace ldptest {
 namespace {
 
-using LabelTest = CodecTest;
-
 // What an encoder wrote into exactly `room` bytes of a buffer filled with 0xEE (the bytes
 // after the room must stay so), checking its code and the assertions it added.
 template <class Rec>
@@ -27,11 +25,9 @@ std::string enc(uint32_t (*fn)(uint8_t *, Rec *, uint32_t, uint16_t), Rec *rec, 
 }
 
 // The header's type goes out as it stands and stays in network order in the record.
-TEST_F(LabelTest, LabelAndLspIdEncoders)
+TEST_F(CodecTest, LabelAndLspIdEncoders)
 {
-    LDP_LabelTlv atm = {{LDP_TLV_ATM_LABEL, 4}, {}, LDP_TLV_ATM_LABEL};
-    atm.usVpi = 0x1012;
-    atm.usVci = 0x0034;
+    const LDP_LabelTlv atm = {{LDP_TLV_ATM_LABEL, 4}, {.usVpi = 0x1012, .usVci = 0x0034}, LDP_TLV_ATM_LABEL};
     const struct { LDP_LabelTlv rec; uint16_t room; uint32_t rc; size_t asserts; const char *wire; } rows[] = {
         {atm, 8, LDP_OK, 0, "02 01 00 04 10 12 00 34"}, {atm, 7, LDP_ERR_PARAM, 1, "02 01 00 04"},
         {atm, 3, LDP_ERR_PARAM, 1, ""}, {{{0x8202, 4}, {0x01ABCDEF}, 0x0202}, 8, LDP_OK, 0, "82 02 00 04 01 ab cd ef"},
@@ -52,34 +48,21 @@ TEST_F(LabelTest, LabelAndLspIdEncoders)
     }
 }
 
-TEST_F(LabelTest, PathVectorCountsInEightBits)
+// Counted in 8 bits: of 300 ids the first 255 go out, then they repeat until the room runs out.
+TEST_F(CodecTest, PathVectorCountsInEightBits)
 {
     uint32_t ids[300];
     std::iota(ids, ids + 300, 0x0A000000u);
-    // {count, room, code, bytes, assertions}: after 255 the ids repeat until the room runs out.
-    const struct { uint16_t count, room; uint32_t rc; size_t written, asserts; } rows[] = {
-        {0, 4, LDP_OK, 4, 0}, {2, 3, LDP_ERR_PARAM, 0, 1}, {300, 1204, LDP_ERR_PARAM, 1204, 1}};
-    for (const auto &r : rows) {
-        LDP_PathVectorTlv pv = {{LDP_TLV_PATH_VECTOR, uint16_t(4 * r.count)}, ids, r.count};
-        const bytes out = hex(enc(LDP_EncodePathVectorTlv, &pv, r.room, r.rc, r.asserts));
-        ASSERT_EQ(out.size(), r.written) << r.count;
-        for (size_t i = 4; i < out.size(); i += 4) {
-            EXPECT_EQ(to_hex(out.data() + i, 4), "0a 00 00 " + to_hex(bytes{uint8_t(i / 4 - 1)})) << i;
-        }
+    LDP_PathVectorTlv pv = {{LDP_TLV_PATH_VECTOR, 1200}, ids, 300};
+    const bytes out = hex(enc(LDP_EncodePathVectorTlv, &pv, 1204, LDP_ERR_PARAM, 1));
+    ASSERT_EQ(out.size(), 1204u);
+    for (size_t i = 4; i < out.size(); i += 4) {
+        EXPECT_EQ(to_hex(out.data() + i, 4), "0a 00 00 " + to_hex(bytes{uint8_t(i / 4 - 1)})) << i;
     }
     EXPECT_EQ(ids[1], 0x0A000001u) << "the record's array is not converted";
-    // The decoder counts so too: of 257 ids only the first is made host order.
-    bytes value(1028);
-    std::iota(value.begin(), value.end(), uint8_t(0));
-    LDP_PathVectorTlv pv = {{LDP_TLV_PATH_VECTOR, 1028}, nullptr, 0};
-    ASSERT_EQ(LDP_DecodePathVectorTlv(value.data(), &pv, kModule), LDP_OK);
-    EXPECT_EQ(pv.usLsrIdCount, 1);
-    EXPECT_EQ(u32_at(pv.pulLsrId, 0), 0x00010203u);
-    EXPECT_EQ(std::memcmp(reinterpret_cast<uint8_t *>(pv.pulLsrId) + 4, value.data() + 4, 1024), 0);
-    LDP_MemFreeCallBack(pv.pulLsrId);
 }
 
-TEST_F(LabelTest, ErEncoder)
+TEST_F(CodecTest, ErEncoder)
 {
     const LDP_ErHop forms[4] = {
         {{}, {0x0801, 8}, {.stIpv4 = {0x80000018, 0xC0A80100}}, 0x0801},
@@ -109,7 +92,7 @@ TEST_F(LabelTest, ErEncoder)
 }
 
 // The TLVs only an engine fills go out in their order; a room that ends inside one fails there.
-TEST_F(LabelTest, MappingEncodesTheTlvsOnlyAnEngineFills)
+TEST_F(CodecTest, MappingEncodesTheTlvsOnlyAnEngineFills)
 {
     const bytes base = vector_msg("label", "map-prefix-label");
     const char *const tlvs = "08 21 00 08 00 00 00 03 0a 00 00 01 08 10 00 18 01 02 00 04 00 00 00 05 00 00 00 06"
@@ -131,7 +114,7 @@ TEST_F(LabelTest, MappingEncodesTheTlvsOnlyAnEngineFills)
     }
 }
 
-TEST_F(LabelTest, MappingReleaseFreesWhatTheRecordOwns)
+TEST_F(CodecTest, MappingReleaseFreesWhatTheRecordOwns)
 {
     auto *m = static_cast<LDP_MappingMsg *>(decode(vector_msg("label", "map-everything")).rec); // FEC, PV, unknown
     m->stWordPtrTlv.pucValue = static_cast<uint8_t *>(PLAT_SimpleAlloc_F(kModule, 4, "test", 1));

@@ -38,19 +38,6 @@ TEST_F(EntryTest, DecodeNullArgumentsAssertInOrder)
     }
 }
 
-TEST_F(EntryTest, EveryKnownTypeIsReportedWithoutItsUBit)
-{
-    for (const uint16_t t : {0x0001, 0x0100, 0x0200, 0x0201, 0x0202, 0x0300, 0x0301, 0x0400, 0x0401, 0x0402,
-                             0x0403, 0x0404}) {
-        for (const uint16_t u : {0, 0x8000}) {
-            const decoded d = decode(bytes{uint8_t((t | u) >> 8), uint8_t(t), 0, 4, 0, 0, 0, 1});
-            EXPECT_TRUE(d.rc != LDP_STATUS_UNKNOWN_MSG_TYPE && d.rc != LDP_ERR_IGNORE_MSG) << (t | u);
-            EXPECT_EQ(d.type, t);
-            LDP_FreeMessage(d.rec);
-        }
-    }
-}
-
 TEST_F(EntryTest, EncodeReleasesTheRecordOnEveryPath)
 {
     const struct {

@@ -20,13 +20,11 @@ struct state {
     std::map<void *, live> blocks;
     size_t alloc_calls = 0;
     size_t fail_alloc = 0;      // 0: none
-    size_t fail_allocs_from = 0; // 0: none
     size_t bad_frees = 0;
     size_t memcpy_calls = 0;
     size_t fail_memcpy = 0;
     int fail_memcpy_code = 0;
     bool odd = false;
-    bool echo = false;
     uint8_t clock = 1;
     uint8_t partition = 0;
     std::vector<uint32_t> modules;
@@ -44,7 +42,7 @@ void *take(uint32_t module, uint32_t size, const char *file)
 {
     state &s = st();
     ++s.alloc_calls;
-    if (s.alloc_calls == s.fail_alloc || (s.fail_allocs_from != 0 && s.alloc_calls >= s.fail_allocs_from)) {
+    if (s.alloc_calls == s.fail_alloc) {
         return nullptr;
     }
     const size_t extra = s.odd ? 1 : 0;
@@ -67,7 +65,6 @@ void reset()
     state &s = st();
     s.alloc_calls = 0;
     s.fail_alloc = 0;
-    s.fail_allocs_from = 0;
     s.bad_frees = 0;
     s.memcpy_calls = 0;
     s.fail_memcpy = 0;
@@ -95,7 +92,6 @@ size_t bad_frees() { return st().bad_frees; }
 std::vector<uint32_t> modules_seen() { return st().modules; }
 std::vector<std::string> alloc_files() { return st().files; }
 void fail_alloc_at(size_t n) { st().fail_alloc = st().alloc_calls + n; }
-void fail_allocs_from(size_t n) { st().fail_allocs_from = st().alloc_calls + n; }
 
 void fail_memcpy_at(size_t n, int code)
 {
@@ -105,7 +101,6 @@ void fail_memcpy_at(size_t n, int code)
 
 size_t memcpy_calls() { return st().memcpy_calls; }
 void odd_addresses(bool on) { st().odd = on; }
-void stderr_asserts(bool on) { st().echo = on; }
 void set_clock(uint8_t first) { st().clock = first; }
 uint8_t last_partition() { return st().partition; }
 const std::vector<assertion> &assertions() { return st().asserts; }
@@ -152,9 +147,6 @@ uint32_t PLAT_Free_F(void *p, const char *pcFile, uint32_t ulLine)
 void PLAT_Assert(const char *pcFile, uint32_t ulLine, const char *pcText)
 {
     st().asserts.push_back({pcFile ? pcFile : "", ulLine, pcText ? pcText : ""});
-    if (st().echo) {
-        std::fprintf(stderr, "assert %s:%u %s\n", pcFile ? pcFile : "", ulLine, pcText ? pcText : "");
-    }
 }
 
 void SYS_Int32ToStr(int32_t lValue, char *pcBuf)

@@ -34,11 +34,9 @@ std::vector<uint32_t> modules_seen();
 std::vector<std::string> alloc_files(); // file text of every successful allocation
 
 void fail_alloc_at(size_t n);           // the n-th attempt from now (1-based) returns null
-void fail_allocs_from(size_t n);        // the n-th attempt and all after it fail
 void fail_memcpy_at(size_t n, int code); // the n-th memcpy_s from now returns code, copies nothing
 size_t memcpy_calls();
 void odd_addresses(bool on);            // blocks start at odd addresses while on
-void stderr_asserts(bool on);           // echo assertions on stderr (off by default)
 void set_clock(uint8_t first);          // SYS_SystimeGet gives bytes first, first + 1, ... (reset: 1)
 uint8_t last_partition();               // partition of the last PLAT_Malloc_F call
 

@@ -338,13 +338,11 @@ std::string check_field(uint16_t type, const void *rec, const std::string &name,
         member = name.substr(name.find("].") + 2);
     }
     for (const field &f : fields()) {
-        const std::string full = f.name;
-        const bool named = full == member || (full.size() > member.size() &&
-                                              full.compare(full.size() - member.size() - 1, std::string::npos, "." + member) == 0);
-        const std::string flist = f.list; // a list too may be named by its last members
-        const bool in_list = flist == list || (flist.size() > list.size() && !list.empty() &&
-                                               flist.compare(flist.size() - list.size() - 1, std::string::npos, "." + list) == 0);
-        if ((f.type != 0 && f.type != type) || !in_list || !named) {
+        // A field, and a list, may be named by their last members alone.
+        auto names = [](const std::string &full, const std::string &part) {
+            return full == part || (!part.empty() && ("." + full).ends_with("." + part));
+        };
+        if ((f.type != 0 && f.type != type) || !names(f.list, list) || !names(f.name, member)) {
             continue;
         }
         const auto *p = static_cast<const uint8_t *>(rec);
@@ -361,16 +359,10 @@ std::string check_field(uint16_t type, const void *rec, const std::string &name,
         }
         p += f.off;
         if (f.size <= 4 && std::string(f.name).find("auc") == std::string::npos) {
-            uint32_t v = 0;
-            if (f.size == 1) {
-                v = p[0];
-            } else if (f.size == 2) {
-                uint16_t s;
-                std::memcpy(&s, p, 2);
-                v = s;
-            } else {
-                std::memcpy(&v, p, f.size);
-            }
+            uint16_t v16 = 0; // a host-order integer of 1, 2 or 4 bytes, read byte-wise
+            uint32_t v = f.size == 1 ? p[0] : 0;
+            std::memcpy(f.size == 2 ? static_cast<void *>(&v16) : &v, p, f.size == 1 ? 0 : f.size);
+            v += v16;
             const uint32_t w = uint32_t(std::strtoul(want.c_str(), nullptr, 0));
             return v == w ? "" : name + " is " + std::to_string(v) + ", want " + want;
         }

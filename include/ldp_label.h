@@ -11,6 +11,7 @@
 #define LDP_LABEL_H
 
 #include "ldp_fec.h"
+#include "ldp_status.h"
 #include "ldp_types.h"
 
 #ifdef __cplusplus
@@ -393,27 +394,11 @@ LDP_API uint32_t LDP_DecodeUnknownTlv(const uint8_t *pucValue, SLL_List *pstList
 LDP_API uint32_t LDP_ProcUnknTlvList(SLL_List *pstList, uint8_t *pucBuf, uint32_t ulMemModuleId,
                                      uint16_t *pusRoom);
 
-#ifdef __cplusplus
-}
-#endif
-
-#endif /* LDP_LABEL_H */
-
 /* --- Label Release (0x0403, RFC 5036 section 3.5.11) -----------------------
- * Its record embeds the Status TLV of ldp_session.h, which itself needs the
- * label TLVs above; so this part is declared once the Status TLV is (through
- * ldp_codec.h it always is). Like a Withdraw, plus an optional Status TLV
- * (a status of 40, the pseudowire status of RFC 4447, is left to the caller:
- * pre-parse and decode give LDP_STOP_WALK). The record owns its FEC
- * elements and its kept unknown TLVs. */
-#include "ldp_session.h"
-#if defined(LDP_STATUS_TLV_LEN) && !defined(LDP_LABEL_RELEASE_DECLARED)
-#define LDP_LABEL_RELEASE_DECLARED
-
-#ifdef __cplusplus
-extern "C" {
-#endif
-
+ * Like a Withdraw, plus an optional Status TLV (a status of 40, the
+ * pseudowire status of RFC 4447, is left to the caller: pre-parse and decode
+ * give LDP_STOP_WALK). The record owns its FEC elements and its kept unknown
+ * TLVs. */
 #define LDP_REL_FLAG_LSPID  0x01u
 #define LDP_REL_FLAG_STATUS 0x02u
 #define LDP_REL_FLAG_LABEL  0x04u
@@ -454,4 +439,4 @@ LDP_API void LDP_FreeLabelReleaseMsg(LDP_LabelReleaseMsg *pMsgRecord);
 }
 #endif
 
-#endif /* LDP_LABEL_RELEASE_DECLARED */
+#endif /* LDP_LABEL_H */

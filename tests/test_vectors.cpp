@@ -90,7 +90,7 @@ protected:
         }
     }
 
-    // LDP_Encode of the decoded record, the encoder one byte short, and
+    // LDP_Encode of the decoded record, the encoder short of room, and
     // LDP_Encode without memory for its buffer.
     void encode_checks()
     {

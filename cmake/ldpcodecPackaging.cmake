@@ -47,7 +47,12 @@ set(CPACK_PACKAGE_CONTACT "${LDP_DEB_MAINTAINER}")
 # package synopsis (CPack prepends any other summary).
 set(CPACK_PACKAGE_DESCRIPTION_SUMMARY "${CMAKE_PROJECT_NAME} built using CMake")
 set(CPACK_RESOURCE_FILE_LICENSE ${PROJECT_SOURCE_DIR}/LICENSE)
-set(CPACK_PACKAGING_INSTALL_PREFIX ${CMAKE_INSTALL_PREFIX})
+# Everything installed finds its neighbours by relative paths, so packages
+# go to /usr whatever the configured prefix; configuring with
+# -DCMAKE_INSTALL_PREFIX=/usr adds Debian's multiarch library directory.
+if(NOT DEFINED CPACK_PACKAGING_INSTALL_PREFIX)
+  set(CPACK_PACKAGING_INSTALL_PREFIX /usr)
+endif()
 set(CPACK_STRIP_FILES ON)
 set(CPACK_PRE_BUILD_SCRIPTS ${PROJECT_SOURCE_DIR}/cmake/deb/compress_man_pages.cmake)
 set(CPACK_COMPONENTS_ALL ${LDP_DEB_COMPONENTS})

@@ -5,7 +5,10 @@
 # against the build tree; builds and runs them with examples/Makefile and
 # pkg-config. The examples exit non-zero on a wrong result, and the ones on
 # examples/my_platform.c also on a leaked block.
-# Run with -DBUILD_DIR= -DEXAMPLES_DIR= -DWORK_DIR= -DLIBDIR= -DC_COMPILER= -DMAKE=
+# Run with -DBUILD_DIR= -DEXAMPLES_DIR= -DWORK_DIR= -DLIBDIR= -DC_COMPILER= -DMAKE= -DGENERATOR=
+if(NOT MAKE)
+  message(FATAL_ERROR "make not found: install it to check the pkg-config build of the examples")
+endif()
 file(REMOVE_RECURSE ${WORK_DIR})
 set(prefix ${WORK_DIR}/moved-prefix)
 set(strict "-Wall -Wextra -Wpedantic -Werror")
@@ -29,7 +32,7 @@ endif()
 foreach(package IN ITEMS "CMAKE_PREFIX_PATH=${prefix}" "ldpcodec_DIR=${BUILD_DIR}")
   string(REGEX REPLACE "=.*" "" name "${package}")
   set(dir ${WORK_DIR}/cmake-${name})
-  run("configure examples with ${package}" ${CMAKE_COMMAND} -S ${EXAMPLES_DIR} -B ${dir}
+  run("configure examples with ${package}" ${CMAKE_COMMAND} -S ${EXAMPLES_DIR} -B ${dir} -G ${GENERATOR}
       -D${package} -DCMAKE_C_COMPILER=${C_COMPILER} -DCMAKE_C_FLAGS=${strict})
   run("build examples with ${package}" ${CMAKE_COMMAND} --build ${dir})
   run("examples built with ${package}" ${CMAKE_COMMAND} -E chdir ${dir} ${CMAKE_CTEST_COMMAND}

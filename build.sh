@@ -4,14 +4,17 @@
 #   ./build.sh test     install what is missing, then four builds, warnings as
 #                       errors, each running the whole suite: GCC; Clang with
 #                       ASan+UBSan and a short fuzz run; GCC with ASan+UBSan;
-#                       32-bit ARM cross-built and run under qemu
+#                       32-bit ARM cross-built and run under qemu; then the
+#                       Debian packages, checked with lintian and used
 # Each step prints one line; the full output of a failing step follows it,
 # and every step's log stays in build/logs/.
 set -euo pipefail
 cd "$(dirname "$0")"
 
-PACKAGES=(cmake ninja-build g++ clang binutils libgtest-dev libgmock-dev libbenchmark-dev
-          googletest g++-arm-linux-gnueabihf qemu-user tshark)
+# What each command needs: the sample only a compiler and CMake.
+SAMPLE_PACKAGES=(cmake ninja-build g++)
+TEST_PACKAGES=("${SAMPLE_PACKAGES[@]}" clang binutils libgtest-dev libgmock-dev libbenchmark-dev
+               googletest g++-arm-linux-gnueabihf qemu-user tshark make pkgconf file dpkg-dev lintian)
 LOGS=build/logs
 mkdir -p "$LOGS"
 
@@ -35,16 +38,19 @@ summary() {
     [ -z "$line" ] || echo ": $line"
 }
 
+# install_missing PACKAGE...: apt-get waits (bounded) for a lock held by
+# another apt-get or dpkg instead of failing at once.
 install_missing() {
     local missing=()
-    for p in "${PACKAGES[@]}"; do
+    for p in "$@"; do
         dpkg-query -W -f='${Status}' "$p" 2>/dev/null | grep -q 'install ok installed' || missing+=("$p")
     done
     if ((${#missing[@]})); then
         local sudo=()
         [ "$(id -u)" -eq 0 ] || sudo=(sudo)
-        step "install ${missing[*]}" bash -c "${sudo[*]} apt-get update -q &&
-            DEBIAN_FRONTEND=noninteractive ${sudo[*]} apt-get install -y -q --no-install-recommends ${missing[*]}"
+        local wait="-o DPkg::Lock::Timeout=300"
+        step "install ${missing[*]}" bash -c "${sudo[*]} apt-get $wait update -q &&
+            DEBIAN_FRONTEND=noninteractive ${sudo[*]} apt-get $wait install -y -q --no-install-recommends ${missing[*]}"
     fi
 }
 
@@ -62,12 +68,12 @@ run_tests() {
 
 case "${1:-}" in
 sample)
-    install_missing
+    install_missing "${SAMPLE_PACKAGES[@]}"
     build release gcc g++ -DCMAKE_BUILD_TYPE=Release -DLDP_BUILD_TESTS=OFF -DLDP_BUILD_BENCH=OFF
     build/release/tools/ldpdump/ldpdump -f samples/messages.hex
     ;;
 test)
-    install_missing
+    install_missing "${TEST_PACKAGES[@]}"
     build gcc gcc g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON
     run_tests gcc
     # Clang with ASan+UBSan, plus a short libFuzzer run on LDP_Decode/LDP_Encode.
@@ -79,6 +85,11 @@ test)
     build arm32 arm-linux-gnueabihf-gcc arm-linux-gnueabihf-g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
         -DLDP_WERROR=ON -DLDP_BUILD_BENCH=OFF -DCMAKE_TOOLCHAIN_FILE=cmake/arm-linux-gnueabihf.cmake
     run_tests arm32
+    # Debian packages from a release build with static libraries, then lintian
+    # and the packages' contents used from an unpacked root.
+    build deb gcc g++ -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr -DLDP_BUILD_STATIC=ON \
+        -DLDP_BUILD_TESTS=OFF -DLDP_BUILD_BENCH=OFF
+    step "debian packages" bash tests/package/check_deb.sh build/deb
     ;;
 *)
     echo "usage: $0 sample|test" >&2

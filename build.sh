@@ -86,7 +86,8 @@ test)
         -DLDP_WERROR=ON -DLDP_BUILD_BENCH=OFF -DCMAKE_TOOLCHAIN_FILE=cmake/arm-linux-gnueabihf.cmake
     run_tests arm32
     # Debian packages from a release build with static libraries, then lintian
-    # and the packages' contents used from an unpacked root.
+    # and the packages' contents used from an unpacked root, then (as root) a
+    # real dpkg -i that is purged again.
     build deb gcc g++ -DCMAKE_BUILD_TYPE=Release -DCMAKE_INSTALL_PREFIX=/usr -DLDP_BUILD_STATIC=ON \
         -DLDP_BUILD_TESTS=OFF -DLDP_BUILD_BENCH=OFF
     step "debian packages" bash tests/package/check_deb.sh build/deb

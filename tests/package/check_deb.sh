@@ -43,4 +43,17 @@ fi
 "${CC:-cc}" -std=c99 -I"$root/usr/include/ldpcodec" -o "$root/examples/static" "$src/examples/encode_mapping.c" \
     "$src/examples/my_platform.c" "$lib/libldpcodec.a"
 "$root/examples/static" >/dev/null
-echo "packages: $(cd "$build" && ls ./*.deb | tr '\n' ' ')lintian clean of errors, contents used"
+
+# As root, a real installation with dpkg -i: the installed tool decodes the
+# sample from /usr/bin, then the packages are purged again. LDP_DEB_INSTALL=0
+# skips it on a machine whose system should stay untouched.
+installed=no
+if [ "$(id -u)" -eq 0 ] && [ "${LDP_DEB_INSTALL:-1}" != 0 ]; then
+    trap 'dpkg --purge ldpdump libldpcodec-dev libldpcodec0 >/dev/null 2>&1 || true; rm -rf "$root"' EXIT
+    dpkg -i "${debs[@]}" >/dev/null
+    /usr/bin/ldpdump -f "$src/samples/messages.hex" | grep -q 'Label Mapping (0x0400): LDP_OK'
+    pkg-config --exists ldpcodec ldpplatform
+    dpkg --purge ldpdump libldpcodec-dev libldpcodec0 >/dev/null
+    installed=yes
+fi
+echo "packages: $(cd "$build" && ls ./*.deb | tr '\n' ' ')lintian clean of errors, contents used, dpkg -i: $installed"

@@ -6,6 +6,7 @@
 
 #include <stdint.h>
 
+#include "ldp_version.h"
 #include "ldp_platform.h"
 #include "ldp_types.h"
 #include "ldp_session.h"

@@ -6,7 +6,8 @@
  * the platform services; it compiles as C99 and as C++. Records are packed,
  * their integers in host order unless a field says otherwise. Every byte the
  * library allocates comes from PLAT_SimpleAlloc_F with the caller's memory
- * module ID, and every pointer field of a record owns what it points to. */
+ * module ID, and a record is the owner of the memory behind each of its
+ * pointer fields. */
 #ifndef LDP_CODEC_H
 #define LDP_CODEC_H
 

@@ -23,10 +23,10 @@ typedef struct SLL_Node {
 
 /** @brief Head of a ring list, embedded in the record that owns the list.
  *
- * An empty list has stHead.pNext and pTail pointing at the list itself and
- * ulCount 0: the state LDP_Decode gives every list of a new record and the
- * release functions give back. Walk from stHead.pNext until the pointer comes
- * back to the head. */
+ * In an empty list both stHead.pNext and pTail lead back to the list head
+ * and ulCount is 0: LDP_Decode prepares every list of a new record so, and
+ * the release functions leave them so. To walk, start at stHead.pNext and
+ * stop on reaching the head again. */
 typedef struct SLL_List {
     SLL_Node stHead;  /**< stHead.pNext is the first element */
     SLL_Node *pTail;  /**< the last element */

@@ -36,7 +36,8 @@ extern "C" {
 /** An unknown TLV without the U bit, in a message that refuses those. */
 #define LDP_STATUS_UNKNOWN_TLV        6u
 /** A TLV header or value reaching past the end of the message, or fewer than
- * four bytes left where a TLV header should start. */
+ * four bytes left where a TLV header should start; some checks also give it
+ * for a TLV of the wrong length (each function says which). */
 #define LDP_STATUS_BAD_TLV_LEN        7u
 /** A known TLV whose length or contents break its definition. */
 #define LDP_STATUS_MALFORMED_TLV      8u
@@ -46,8 +47,8 @@ extern "C" {
 #define LDP_STATUS_MISSING_MSG_PARAMS 22u
 /** An address family the library does not support. */
 #define LDP_STATUS_UNSUPPORTED_AF     23u
-/** A Notification whose contents do not add up, or whose Returned PDU or
- * Returned Message copy could not be allocated. */
+/** Notification decoder only: no memory for the copy of a Returned PDU or
+ * Returned Message TLV (the other allocations give LDP_ERR_NO_MEMORY). */
 #define LDP_STATUS_INTERNAL_ERROR     25u
 /** LDP_Decode(): an unknown message type with the U bit set; drop the
  * message without answering. */

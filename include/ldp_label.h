@@ -374,7 +374,8 @@ LDP_API uint32_t LDP_EncodeReqMsg(uint8_t *pucBuf, LDP_RequestMsg *pMsgRecord, u
                                   uint16_t usRoom);
 /** @brief Release what a Label Request record owns (FEC elements, Path Vector
  * array, ER hops, kept unknown TLVs, stVarPtrTlv.pucValue) and leave its
- * lists empty; the record itself stays.
+ * lists empty; the Path Vector bit stays, the stVarPtrTlv bit is cleared,
+ * and the record itself stays.
  * @param pMsgRecord the record; NULL or another message type: nothing happens */
 LDP_API void LDP_FreeLabelRequestMsg(LDP_RequestMsg *pMsgRecord);
 

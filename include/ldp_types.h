@@ -105,7 +105,7 @@ extern "C" {
 #define LDP_TLV_GENERIC_LABEL       0x0200u /**< Generic Label */
 #define LDP_TLV_ATM_LABEL           0x0201u /**< ATM Label */
 #define LDP_TLV_FR_LABEL            0x0202u /**< Frame Relay Label */
-#define LDP_TLV_MAPPING_0205        0x0205u /**< label-related TLV of the Label Mapping message */
+#define LDP_TLV_MAPPING_0205        0x0205u /**< a label-related type of the Label Mapping message; the decoders treat it as unknown */
 #define LDP_TLV_MAPPING_0206        0x0206u /**< label-related TLV of the Label Mapping message, kept as LDP_LabelMappingMsg::stEmptyTlv */
 #define LDP_TLV_STATUS              0x0300u /**< Status */
 #define LDP_TLV_EXT_STATUS          0x0301u /**< Extended Status */

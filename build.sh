@@ -14,7 +14,8 @@ cd "$(dirname "$0")"
 # What each command needs: the sample only a compiler and CMake.
 SAMPLE_PACKAGES=(cmake ninja-build g++)
 TEST_PACKAGES=("${SAMPLE_PACKAGES[@]}" clang binutils libgtest-dev libgmock-dev libbenchmark-dev
-               googletest g++-arm-linux-gnueabihf qemu-user tshark make pkgconf file dpkg-dev lintian)
+               googletest g++-arm-linux-gnueabihf qemu-user tshark make pkgconf file dpkg-dev lintian
+               doxygen)
 LOGS=build/logs
 mkdir -p "$LOGS"
 

@@ -2,7 +2,8 @@
 # Set-up, build and run for ldpcodec on Debian (run as root on a fresh machine).
 #   ./build.sh sample   install what is missing, build, decode samples/ with ldpdump
 #   ./build.sh test     install what is missing, then four builds, warnings as
-#                       errors, each running the whole suite: GCC; Clang with
+#                       errors, each running the whole suite: GCC (and its
+#                       instruction counts under callgrind); Clang with
 #                       ASan+UBSan and a short fuzz run; GCC with ASan+UBSan;
 #                       32-bit ARM cross-built and run under qemu
 # Each step prints one line; the full output of a failing step follows it,
@@ -11,7 +12,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 PACKAGES=(cmake ninja-build g++ clang binutils libgtest-dev libgmock-dev libbenchmark-dev
-          googletest g++-arm-linux-gnueabihf qemu-user tshark)
+          googletest g++-arm-linux-gnueabihf qemu-user tshark valgrind)
 LOGS=build/logs
 mkdir -p "$LOGS"
 
@@ -70,6 +71,8 @@ test)
     install_missing
     build gcc gcc g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON
     run_tests gcc
+    # Instructions per decode of each sample, against bench/instructions.txt.
+    step "instructions gcc" bench/check_instructions.sh build/gcc/bench/ldp_icount
     # Clang with ASan+UBSan, plus a short libFuzzer run on LDP_Decode/LDP_Encode.
     build clang clang clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON \
         -DLDP_SANITIZE=ON -DLDP_BUILD_FUZZ=ON -DLDP_BUILD_BENCH=OFF

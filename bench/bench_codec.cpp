@@ -1,38 +1,125 @@
-// Codec throughput through the entry points on the default platform. Each
-// figure is printed beside a baseline measured in the same run (one platform
-// allocation and release of the record's size plus an 8-byte copy), since the
-// absolute numbers on a shared machine mean little.
+// Codec speed on the sample messages, each figure beside its floor measured
+// in the same run. A floor makes the same platform allocations and releases
+// in the same order as the codec (recorded once per message by the bench
+// platform) plus one copy of the message, and does nothing else: the ratio
+// says how much work the codec adds to the allocator calls it cannot avoid.
+// Absolute times on a shared machine mean little; ratios from one run do.
+//
+//   ldpcodec_bench [--samples=FILE] [benchmark flags]
 #include <benchmark/benchmark.h>
 
+#include <algorithm>
+#include <chrono>
 #include <cstdio>
 #include <cstring>
+#include <fstream>
 #include <map>
 #include <string>
+#include <thread>
+#include <vector>
 
+#include "bench_platform.hpp"
 #include "ldp_codec.h"
+#include "samples.hpp"
 
 namespace {
 
-const uint8_t kKeepAlive[] = {0x02, 0x01, 0x00, 0x04, 0x00, 0x00, 0x00, 0x01};
+// Encode needs a fresh record per message (LDP_Encode consumes it), so the
+// encode figures time batches of this many messages decoded beforehand.
+constexpr int kBatch = 32;
 
-void BM_Baseline(benchmark::State &state)
+struct sample {
+    std::string name; // type name and its rank among the samples of that type
+    std::vector<uint8_t> bytes;
+    uint16_t type = 0;
+    benchplat::sequence decode_seq; // LDP_Decode + LDP_FreeMessage
+    benchplat::sequence encode_seq; // LDP_Encode + LDP_MemFreeCallBack
+    bool encodes = false;
+    uint32_t preparse_allocs = 0;
+};
+
+std::vector<sample> g_samples;
+
+using pre_parse_fn = uint32_t (*)(const uint8_t *);
+
+pre_parse_fn pre_parse_of(uint16_t type)
 {
-    for (auto _ : state) {
-        void *p = PLAT_SimpleAlloc_F(0, sizeof(LDP_KeepAliveMsg), "bench", __LINE__);
-        benchmark::DoNotOptimize(p);
-        std::memcpy(p, kKeepAlive, 8);
-        benchmark::ClobberMemory();
-        PLAT_Free_F(p, "bench", __LINE__);
+    switch (type) {
+    case LDP_MSG_NOTIFICATION: return LDP_PreParseNotifMsg;
+    case LDP_MSG_HELLO: return LDP_PreParseHelloMsg;
+    case LDP_MSG_INIT: return LDP_PreParseInitMsg;
+    case LDP_MSG_KEEPALIVE: return LDP_PreParseKeepAliveMsg;
+    case LDP_MSG_CAPABILITY: return LDP_PreParseCapabilityMsg;
+    case LDP_MSG_ADDRESS: return LDP_PreParseAddrMsg;
+    case LDP_MSG_ADDRESS_WITHDRAW: return LDP_PreParseAddrWithdrawMsg;
+    case LDP_MSG_LABEL_MAPPING: return LDP_PreParseMappingMsg;
+    case LDP_MSG_LABEL_REQUEST: return LDP_PreParseRequestMsg;
+    case LDP_MSG_LABEL_WITHDRAW: return LDP_PreParseWithdrawMsg;
+    case LDP_MSG_LABEL_RELEASE: return LDP_PreParseReleaseMsg;
+    case LDP_MSG_LABEL_ABORT_REQUEST: return LDP_PreParseReqAbortMsg;
+    default: return nullptr;
     }
 }
-BENCHMARK(BM_Baseline);
 
-void BM_KeepAliveDecode(benchmark::State &state)
+uint16_t load16(const uint8_t *p) { return uint16_t(p[0] << 8 | p[1]); }
+
+// The samples with the allocator sequences of their decode and encode.
+void load_samples(const std::string &path)
+{
+    for (benchsamples::message &m : benchsamples::load(path)) {
+        sample s;
+        s.name = m.name;
+        s.type = m.type;
+        s.bytes = std::move(m.bytes);
+        uint32_t type = 0;
+        void *rec = nullptr;
+        benchplat::track(true);
+        benchplat::start();
+        (void)pre_parse_of(s.type)(s.bytes.data());
+        s.preparse_allocs = benchplat::take().allocs();
+        benchplat::start();
+        (void)LDP_Decode(s.bytes.data(), &type, &rec, uint32_t(s.bytes.size()), 0);
+        LDP_FreeMessage(rec);
+        s.decode_seq = benchplat::take();
+        (void)LDP_Decode(s.bytes.data(), &type, &rec, uint32_t(s.bytes.size()), 0);
+        uint8_t *buf = nullptr;
+        benchplat::start();
+        s.encodes = LDP_Encode(&buf, type, rec, 0) == LDP_OK;
+        LDP_MemFreeCallBack(buf);
+        s.encode_seq = benchplat::take();
+        benchplat::track(false);
+        g_samples.push_back(std::move(s));
+    }
+}
+
+// The allocator calls of a recorded sequence, made again; earlier holds the
+// blocks it releases without having made them.
+void replay(const benchplat::sequence &seq, void **blocks, void *const *earlier)
+{
+    for (const benchplat::event &e : seq.events) {
+        if (e.alloc) {
+            blocks[e.ref] = PLAT_SimpleAlloc_F(0, e.size, "bench", __LINE__);
+        } else {
+            PLAT_Free_F(e.ref >= 0 ? blocks[e.ref] : earlier[-1 - e.ref], "bench", __LINE__);
+        }
+    }
+    benchmark::DoNotOptimize(blocks);
+}
+
+void copy_message(const sample &s)
+{
+    alignas(16) static thread_local uint8_t scratch[4096 + 4];
+    std::memcpy(scratch, s.bytes.data(), s.bytes.size());
+    benchmark::DoNotOptimize(scratch);
+    benchmark::ClobberMemory();
+}
+
+void decode(benchmark::State &state, const sample *s)
 {
     for (auto _ : state) {
         uint32_t type;
         void *rec;
-        if (LDP_Decode(kKeepAlive, &type, &rec, sizeof kKeepAlive, 0) != LDP_OK) {
+        if (LDP_Decode(s->bytes.data(), &type, &rec, uint32_t(s->bytes.size()), 0) != LDP_OK) {
             state.SkipWithError("decode failed");
             break;
         }
@@ -40,93 +127,193 @@ void BM_KeepAliveDecode(benchmark::State &state)
         LDP_FreeMessage(rec);
     }
 }
-BENCHMARK(BM_KeepAliveDecode);
 
-void BM_KeepAliveEncode(benchmark::State &state)
+void decode_floor(benchmark::State &state, const sample *s)
 {
+    std::vector<void *> blocks(s->decode_seq.events.size() + 1);
     for (auto _ : state) {
-        // LDP_Encode consumes the record, so each round builds one as an engine would.
-        auto *rec = static_cast<LDP_KeepAliveMsg *>(
-            PLAT_SimpleAlloc_F(0, sizeof(LDP_KeepAliveMsg), "bench", __LINE__));
-        rec->stMsgHeader = {LDP_MSG_KEEPALIVE, 4, 1};
-        uint8_t *buf;
-        if (LDP_Encode(&buf, LDP_MSG_KEEPALIVE, rec, 0) != LDP_OK) {
-            state.SkipWithError("encode failed");
-            break;
-        }
-        benchmark::DoNotOptimize(buf);
-        LDP_MemFreeCallBack(buf);
+        copy_message(*s);
+        replay(s->decode_seq, blocks.data(), nullptr);
     }
 }
-BENCHMARK(BM_KeepAliveEncode);
 
-// A typical binding: FEC 10.1.0.0/16, generic label 0x12345, Label Request Message ID.
-const uint8_t kMapping[] = {0x04, 0x00, 0x00, 0x1e, 0x00, 0x00, 0x00, 0x07, 0x01, 0x00, 0x00, 0x06,
-                            0x02, 0x00, 0x01, 0x10, 0x0a, 0x01, 0x02, 0x00, 0x00, 0x04, 0x00, 0x01,
-                            0x23, 0x45, 0x06, 0x00, 0x00, 0x04, 0x00, 0x00, 0x00, 0x2a};
+using bench_clock = std::chrono::steady_clock;
 
-void BM_LabelMappingDecode(benchmark::State &state)
+void encode(benchmark::State &state, const sample *s)
 {
+    void *recs[kBatch];
     for (auto _ : state) {
-        uint32_t type;
-        void *rec;
-        if (LDP_Decode(kMapping, &type, &rec, sizeof kMapping, 0) != LDP_OK) {
-            state.SkipWithError("decode failed");
-            break;
+        for (void *&rec : recs) {
+            uint32_t type;
+            (void)LDP_Decode(s->bytes.data(), &type, &rec, uint32_t(s->bytes.size()), 0);
         }
-        benchmark::DoNotOptimize(rec);
-        LDP_FreeMessage(rec);
+        const auto t0 = bench_clock::now();
+        for (void *rec : recs) {
+            uint8_t *buf;
+            if (LDP_Encode(&buf, s->type, rec, 0) != LDP_OK) {
+                state.SkipWithError("encode failed");
+                return;
+            }
+            benchmark::DoNotOptimize(buf);
+            LDP_MemFreeCallBack(buf);
+        }
+        state.SetIterationTime(std::chrono::duration<double>(bench_clock::now() - t0).count());
     }
 }
-BENCHMARK(BM_LabelMappingDecode);
 
-// Decode, then encode the record back: what a relaying engine does.
-void BM_LabelMappingRoundTrip(benchmark::State &state)
+void encode_floor(benchmark::State &state, const sample *s)
 {
+    const benchplat::sequence &seq = s->encode_seq;
+    const size_t n_earlier = seq.earlier_sizes.size();
+    std::vector<void *> earlier(n_earlier * kBatch + 1);
+    std::vector<void *> blocks(seq.events.size() + 1);
     for (auto _ : state) {
-        uint32_t type;
-        void *rec;
-        uint8_t *buf;
-        if (LDP_Decode(kMapping, &type, &rec, sizeof kMapping, 0) != LDP_OK ||
-            LDP_Encode(&buf, type, rec, 0) != LDP_OK) {
-            state.SkipWithError("round trip failed");
-            break;
+        for (size_t i = 0; i < earlier.size() - 1; ++i) {
+            earlier[i] = PLAT_SimpleAlloc_F(0, seq.earlier_sizes[i % n_earlier], "bench", __LINE__);
         }
-        benchmark::DoNotOptimize(buf);
-        LDP_MemFreeCallBack(buf);
+        const auto t0 = bench_clock::now();
+        for (int k = 0; k < kBatch; ++k) {
+            replay(seq, blocks.data(), earlier.data() + size_t(k) * n_earlier);
+            copy_message(*s);
+        }
+        state.SetIterationTime(std::chrono::duration<double>(bench_clock::now() - t0).count());
     }
 }
-BENCHMARK(BM_LabelMappingRoundTrip);
 
-// Collects ns per iteration of every run while the console reporter prints.
+void pre_parse(benchmark::State &state, const sample *s)
+{
+    const pre_parse_fn fn = pre_parse_of(s->type);
+    for (auto _ : state) {
+        benchmark::DoNotOptimize(fn(s->bytes.data()));
+    }
+}
+
+// The least a walk can do: step over every TLV header of the message.
+void bare_walk(benchmark::State &state, const sample *s)
+{
+    for (auto _ : state) {
+        const uint8_t *msg = s->bytes.data();
+        benchmark::DoNotOptimize(msg);
+        const uint32_t len = load16(msg + 2);
+        uint32_t pos = 4;
+        uint32_t acc = 0;
+        while (pos + 4 <= len) {
+            acc += load16(msg + pos + 4) & 0x3FFFu;
+            pos += 4u + load16(msg + pos + 6);
+        }
+        benchmark::DoNotOptimize(acc + pos);
+    }
+}
+
+void register_all()
+{
+    for (const sample &s : g_samples) {
+        benchmark::RegisterBenchmark(("decode/" + s.name).c_str(), decode, &s);
+        benchmark::RegisterBenchmark(("decode_floor/" + s.name).c_str(), decode_floor, &s);
+        if (s.encodes) {
+            benchmark::RegisterBenchmark(("encode/" + s.name).c_str(), encode, &s)->UseManualTime();
+            benchmark::RegisterBenchmark(("encode_floor/" + s.name).c_str(), encode_floor, &s)->UseManualTime();
+        }
+        benchmark::RegisterBenchmark(("pre_parse/" + s.name).c_str(), pre_parse, &s);
+        benchmark::RegisterBenchmark(("bare_walk/" + s.name).c_str(), bare_walk, &s);
+    }
+}
+
+// Thread scaling: the codec keeps no state, so two threads should decode
+// close to twice as many messages per second as one, cores permitting. Each
+// thread decodes the same number of messages; best of three runs.
+double decodes_per_second(const sample &s, int threads)
+{
+    constexpr int kPerThread = 100000;
+    double best = 0;
+    for (int run = 0; run < 3; ++run) {
+        const auto t0 = bench_clock::now();
+        std::vector<std::thread> pool;
+        for (int t = 0; t < threads; ++t) {
+            pool.emplace_back([&s] {
+                for (int i = 0; i < kPerThread; ++i) {
+                    uint32_t type;
+                    void *rec;
+                    (void)LDP_Decode(s.bytes.data(), &type, &rec, uint32_t(s.bytes.size()), 0);
+                    benchmark::DoNotOptimize(rec);
+                    LDP_FreeMessage(rec);
+                }
+            });
+        }
+        for (std::thread &t : pool) {
+            t.join();
+        }
+        const double secs = std::chrono::duration<double>(bench_clock::now() - t0).count();
+        best = std::max(best, double(kPerThread) * threads / secs);
+    }
+    return best;
+}
+
+void print_thread_scaling()
+{
+    for (const char *name : {"KeepAlive.1", "LabelMapping.1"}) {
+        for (const sample &s : g_samples) {
+            if (s.name == name) {
+                const double one = decodes_per_second(s, 1);
+                const double two = decodes_per_second(s, 2);
+                std::printf("decode %s: %.2f M msg/s on 1 thread, %.2f M on 2: scaling %.2f\n", name,
+                            one / 1e6, two / 1e6, two / one);
+            }
+        }
+    }
+}
+
+// Collects every run while the console reporter prints, then prints the
+// figures side by side.
 class RatioReporter : public benchmark::ConsoleReporter {
 public:
     void ReportRuns(const std::vector<Run> &runs) override
     {
         ConsoleReporter::ReportRuns(runs);
         for (const Run &r : runs) {
-            if (r.run_type == Run::RT_Iteration && !r.error_occurred) {
-                ns_[r.benchmark_name()] = r.GetAdjustedRealTime();
+            if (r.run_type != Run::RT_Iteration || r.error_occurred) {
+                continue;
             }
+            const std::string name = r.run_name.function_name;
+            double ns = r.GetAdjustedRealTime();
+            if (name.rfind("encode", 0) == 0) {
+                ns /= kBatch;
+            }
+            ns_[name] = ns;
         }
     }
 
-    void print_ratios() const
+    void print_table() const
     {
-        const auto base = ns_.find("BM_Baseline");
-        if (base == ns_.end() || base->second <= 0) {
-            return;
-        }
-        std::printf("\n%-24s %12s %12s %8s\n", "per message", "ns", "baseline ns", "ratio");
-        for (const auto &[name, ns] : ns_) {
-            if (name != "BM_Baseline") {
-                std::printf("%-24s %12.1f %12.1f %8.2f\n", name.c_str(), ns, base->second,
-                            ns / base->second);
+        std::printf("\nns per message; ratio = codec / floor (same run)\n");
+        std::printf("%-22s %9s %9s %6s  %9s %9s %6s  %6s  %9s %9s %6s\n", "message", "decode", "floor",
+                    "ratio", "encode", "floor", "ratio", "allocs", "pre-parse", "walk", "ratio");
+        for (const sample &s : g_samples) {
+            if (ns_.count("decode/" + s.name) == 0) {
+                continue; // filtered out of this run
             }
+            std::printf("%-22s", s.name.c_str());
+            print_pair("decode/", "decode_floor/", s.name);
+            print_pair("encode/", "encode_floor/", s.name);
+            std::printf("  %3u/%-2u", s.decode_seq.allocs(), s.preparse_allocs);
+            print_pair("pre_parse/", "bare_walk/", s.name);
+            std::printf("\n");
         }
+        std::printf("(allocs: platform allocations of one decode / of its pre-parse)\n");
     }
 
 private:
+    void print_pair(const std::string &what, const std::string &floor, const std::string &name) const
+    {
+        const auto a = ns_.find(what + name);
+        const auto b = ns_.find(floor + name);
+        if (a == ns_.end() || b == ns_.end() || b->second <= 0) {
+            std::printf("  %9s %9s %6s", "-", "-", "-");
+            return;
+        }
+        std::printf("  %9.1f %9.1f %6.2f", a->second, b->second, a->second / b->second);
+    }
+
     std::map<std::string, double> ns_;
 };
 
@@ -135,9 +322,22 @@ private:
 int main(int argc, char **argv)
 {
     benchmark::Initialize(&argc, argv);
+    std::string samples = LDP_BENCH_SAMPLES;
+    for (int i = 1; i < argc; ++i) {
+        if (std::strncmp(argv[i], "--samples=", 10) == 0) {
+            samples = argv[i] + 10;
+        }
+    }
+    load_samples(samples);
+    if (g_samples.empty()) {
+        std::fprintf(stderr, "no decodable message in %s\n", samples.c_str());
+        return 1;
+    }
+    register_all();
     RatioReporter reporter;
     benchmark::RunSpecifiedBenchmarks(&reporter);
-    reporter.print_ratios();
+    reporter.print_table();
+    print_thread_scaling();
     benchmark::Shutdown();
     return 0;
 }

@@ -1,0 +1,150 @@
+// Implementation of the benchmark platform's allocator and assertion sink.
+// The list service, the bounds-checked copies and the text and time services
+// are the default platform's own files, compiled in beside this one.
+#include "bench_platform.hpp"
+
+#include <atomic>
+#include <cstdio>
+#include <cstdlib>
+#include <map>
+
+#include "ldp_platform.h"
+
+namespace benchplat {
+namespace {
+
+struct recorder {
+    bool tracking = false;
+    bool recording = false;
+    std::map<void *, uint32_t> live;    // size of each tracked block
+    std::map<void *, int32_t> in_seq;   // index of each block made in the sequence
+    std::map<void *, int32_t> earlier;  // index of each earlier block released in it
+    sequence seq;
+};
+
+recorder &rec()
+{
+    static recorder r;
+    return r;
+}
+
+// Read without a lock: the switches change only while one thread runs.
+std::atomic<bool> g_watch{false};
+std::atomic<uint64_t> g_asserts{0};
+
+void on_alloc(void *p, uint32_t size)
+{
+    recorder &r = rec();
+    r.live[p] = size;
+    if (r.recording) {
+        const auto idx = int32_t(r.in_seq.size());
+        r.in_seq[p] = idx;
+        r.seq.events.push_back({true, size, idx});
+    }
+}
+
+void on_free(void *p)
+{
+    recorder &r = rec();
+    if (r.recording) {
+        if (auto it = r.in_seq.find(p); it != r.in_seq.end()) {
+            r.seq.events.push_back({false, 0, it->second});
+            r.in_seq.erase(it);
+        } else {
+            auto [e, fresh] = r.earlier.try_emplace(p, int32_t(r.seq.earlier_sizes.size()));
+            if (fresh) {
+                const auto l = r.live.find(p);
+                r.seq.earlier_sizes.push_back(l != r.live.end() ? l->second : 1);
+            }
+            r.seq.events.push_back({false, 0, -1 - e->second});
+        }
+    }
+    r.live.erase(p);
+}
+
+} // namespace
+
+uint32_t sequence::allocs() const
+{
+    uint32_t n = 0;
+    for (const event &e : events) {
+        n += e.alloc ? 1 : 0;
+    }
+    return n;
+}
+
+void track(bool on)
+{
+    rec().tracking = on;
+    if (!on) {
+        rec().live.clear();
+    }
+    g_watch = on;
+}
+
+void start()
+{
+    recorder &r = rec();
+    r.seq = {};
+    r.in_seq.clear();
+    r.earlier.clear();
+    r.recording = true;
+}
+
+sequence take()
+{
+    recorder &r = rec();
+    r.recording = false;
+    return std::move(r.seq);
+}
+
+uint64_t assertions() { return g_asserts.load(); }
+
+} // namespace benchplat
+
+extern "C" {
+
+uint8_t g_aucPlatMemPt[16];
+
+void *PLAT_SimpleAlloc_F(uint32_t ulMemModuleId, uint32_t ulSize, const char *pcFile, uint32_t ulLine)
+{
+    (void)ulMemModuleId;
+    (void)pcFile;
+    (void)ulLine;
+    void *p = std::malloc(ulSize == 0 ? 1 : ulSize);
+    if (benchplat::g_watch.load(std::memory_order_relaxed) && p != nullptr) {
+        benchplat::on_alloc(p, ulSize);
+    }
+    return p;
+}
+
+void *PLAT_Malloc_F(uint32_t ulMemModuleId, uint8_t ucPartition, uint32_t ulSize, const char *pcFile,
+                    uint32_t ulLine)
+{
+    (void)ucPartition;
+    return PLAT_SimpleAlloc_F(ulMemModuleId, ulSize, pcFile, ulLine);
+}
+
+uint32_t PLAT_Free_F(void *p, const char *pcFile, uint32_t ulLine)
+{
+    (void)pcFile;
+    (void)ulLine;
+    if (p == nullptr) {
+        return 1;
+    }
+    if (benchplat::g_watch.load(std::memory_order_relaxed)) {
+        benchplat::on_free(p);
+    }
+    std::free(p);
+    return 0;
+}
+
+void PLAT_Assert(const char *pcFile, uint32_t ulLine, const char *pcText)
+{
+    (void)pcFile;
+    (void)ulLine;
+    (void)pcText;
+    benchplat::g_asserts.fetch_add(1, std::memory_order_relaxed);
+}
+
+} // extern "C"

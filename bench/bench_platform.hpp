@@ -1,0 +1,37 @@
+// The benchmark platform: the plain C heap behind PLAT_SimpleAlloc_F and
+// PLAT_Free_F, with a switch that records the sequence of allocations and
+// releases one operation makes, so a benchmark can replay exactly that
+// sequence as the floor the codec is measured against.
+#pragma once
+
+#include <cstdint>
+#include <vector>
+
+namespace benchplat {
+
+// One allocator event. For an allocation, size is the block size and ref the
+// block's index among the blocks of the sequence. For a release, ref is the
+// index of the released block: in the sequence when ref >= 0, or among the
+// blocks that existed before it (-1 - ref) when negative.
+struct event {
+    bool alloc;
+    uint32_t size;
+    int32_t ref;
+};
+
+struct sequence {
+    std::vector<event> events;
+    std::vector<uint32_t> earlier_sizes; // blocks released but made before the sequence
+    uint32_t allocs() const;
+};
+
+// Track every live block's size from now on (single-threaded use only).
+void track(bool on);
+// Start a new sequence: events are recorded until take() returns them.
+void start();
+sequence take();
+
+// Assertions reported since the program started.
+uint64_t assertions();
+
+} // namespace benchplat

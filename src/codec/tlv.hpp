@@ -40,6 +40,13 @@ public:
         return tlv;
     }
 
+    // The header at the position read straight off the wire, for the walks
+    // whose TLV headers no rule asks to copy through memcpy_s.
+    LDP_TlvHeader load_header() const
+    {
+        return LDP_TlvHeader{wire::load16(at()), wire::load16(at() + 2)};
+    }
+
     // Masked type of the TLV at the position, read without a copy.
     uint16_t peek_type() const { return wire::load16(at()) & LDP_TLV_TYPE_MASK; }
 

@@ -174,18 +174,18 @@ extern "C" LDP_API uint32_t LDP_PreParseMappingMsg(const uint8_t *pucMsg)
     if (pucMsg == nullptr) {
         return LDP_ERR_PARAM;
     }
-    LDP_MsgHeader hdr = {};
-    msg::read_header(pucMsg, &hdr, srcfile::dec);
-    if (hdr.usMsgLen < kMinMappingLen) {
+    // The walk needs only the length: no copy of the header is made here.
+    const uint16_t msg_len = wire::load16(pucMsg + 2);
+    if (msg_len < kMinMappingLen) {
         return LDP_STATUS_MISSING_MSG_PARAMS;
     }
     seen_tlvs seen;
-    tlv_cursor cur(pucMsg, hdr.usMsgLen);
+    tlv_cursor cur(pucMsg, msg_len);
     do {
         if (!cur.has_header()) {
             return LDP_STATUS_BAD_TLV_LEN;
         }
-        const LDP_TlvHeader tlv = cur.header(srcfile::dec);
+        const LDP_TlvHeader tlv = cur.load_header();
         if (!cur.value_fits(tlv.usTlvLen)) {
             return LDP_STATUS_BAD_TLV_LEN;
         }
@@ -220,7 +220,7 @@ extern "C" LDP_API uint32_t LDP_DecodeMappingMsg(const uint8_t *pucMsg, LDP_Mapp
         if (!cur.has_header()) {
             return LDP_STATUS_BAD_TLV_LEN;
         }
-        const LDP_TlvHeader tlv = cur.header(srcfile::dec);
+        const LDP_TlvHeader tlv = cur.load_header();
         if (!cur.value_fits(tlv.usTlvLen)) {
             return LDP_STATUS_BAD_TLV_LEN;
         }

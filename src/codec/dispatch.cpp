@@ -3,44 +3,13 @@
 // record's size and list heads are constants there.
 #include "dispatch.hpp"
 
-#include <cstring>
-
-#include "list.hpp"
-#include "mem.hpp"
-#include "srcfile.hpp"
 
 namespace ldp {
 namespace {
 
-// Pre-parse; then the record, zeroed, with the list heads at the given
-// offsets made empty; then the decoder. A decoder code other than LDP_OK and
-// LDP_STOP_WALK releases the record again.
 template <class Rec, uint32_t (*PreParse)(const uint8_t *), uint32_t (*Decode)(const uint8_t *, Rec *, uint32_t),
           size_t... ListOffsets>
-uint32_t decode_as(const uint8_t *msg, void **out, uint32_t module)
-{
-    const uint32_t checked = PreParse(msg);
-    if (checked != LDP_OK) {
-        return checked; // no record yet
-    }
-    Rec *rec = mem::alloc_record<Rec>(module, srcfile::dec);
-    if (rec == nullptr) {
-        return LDP_ERR_NO_MEMORY;
-    }
-    auto *base = reinterpret_cast<uint8_t *>(rec);
-    (list::reset_empty(reinterpret_cast<SLL_List *>(base + ListOffsets)), ...);
-
-    const uint32_t rc = Decode(msg, rec, module);
-    *out = rec;
-    // LDP_STOP_WALK keeps the record: the decoder filled it and stopped at
-    // content the caller takes over.
-    if (rc == LDP_OK || rc == LDP_STOP_WALK) {
-        return rc;
-    }
-    LDP_FreeMessage(rec);
-    *out = nullptr;
-    return rc;
-}
+constexpr auto decode_as = decode_road<Rec, PreParse, Decode, ListOffsets...>;
 
 template <class Rec, uint32_t (*Fn)(uint8_t *, Rec *, uint32_t, uint16_t)>
 uint32_t encode_as(uint8_t *buf, void *rec, uint32_t module, uint16_t room)
@@ -90,8 +59,7 @@ constexpr msg_ops kAddressWithdraw = {
     release_as<LDP_AddressWithdrawMsg, LDP_FreeAddressWithdrawMsg>};
 constexpr msg_ops kLabelMapping = {
     LDP_MSG_LABEL_MAPPING,
-    decode_as<LDP_LabelMappingMsg, LDP_PreParseMappingMsg, LDP_DecodeMappingMsg, LDP_FEC_LIST(LDP_LabelMappingMsg),
-              offsetof(LDP_LabelMappingMsg, stUnknTlvList)>,
+    decode_mapping_road,
     encode_as<LDP_LabelMappingMsg, LDP_EncodeMappingMsg>,
     release_as<LDP_LabelMappingMsg, LDP_FreeLabelMappingMsg>};
 constexpr msg_ops kLabelRequest = {

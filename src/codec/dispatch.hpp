@@ -6,6 +6,9 @@
 #include <cstdint>
 
 #include "ldp_codec.h"
+#include "list.hpp"
+#include "mem.hpp"
+#include "srcfile.hpp"
 
 namespace ldp {
 
@@ -21,5 +24,39 @@ struct msg_ops {
 
 // The row of a masked message type, or null for a type the library does not know.
 const msg_ops *find_msg_ops(uint32_t masked_type);
+
+// The decode road of LDP_Decode for one record type: the check (the type's
+// pre-parse); then the record, zeroed, with the list heads at the given
+// offsets made empty; then the decoder. A decoder code other than LDP_OK and
+// LDP_STOP_WALK releases the record again.
+template <class Rec, uint32_t (*Check)(const uint8_t *), uint32_t (*Decode)(const uint8_t *, Rec *, uint32_t),
+          size_t... ListOffsets>
+uint32_t decode_road(const uint8_t *msg, void **out, uint32_t module)
+{
+    const uint32_t checked = Check(msg);
+    if (checked != LDP_OK) {
+        return checked; // no record yet
+    }
+    Rec *rec = mem::alloc_record<Rec>(module, srcfile::dec);
+    if (rec == nullptr) {
+        return LDP_ERR_NO_MEMORY;
+    }
+    auto *base = reinterpret_cast<uint8_t *>(rec);
+    (list::reset_empty(reinterpret_cast<SLL_List *>(base + ListOffsets)), ...);
+
+    const uint32_t rc = Decode(msg, rec, module);
+    *out = rec;
+    // LDP_STOP_WALK keeps the record: the decoder filled it and stopped at
+    // content the caller takes over.
+    if (rc == LDP_OK || rc == LDP_STOP_WALK) {
+        return rc;
+    }
+    LDP_FreeMessage(rec);
+    *out = nullptr;
+    return rc;
+}
+
+// Label Mapping has a road of its own, with a quick path for the usual shape.
+uint32_t decode_mapping_road(const uint8_t *msg, void **out, uint32_t module);
 
 } // namespace ldp

@@ -9,7 +9,6 @@
 #include "../codec/tlv.hpp"
 #include "capability.hpp"
 #include "record_walk.hpp"
-#include "record_walk.hpp"
 #include "ldp_codec.h"
 
 using namespace ldp;
@@ -18,14 +17,10 @@ namespace {
 
 // The reference TLV walk: a KeepAlive knows no TLV type, so every TLV must
 // carry the U bit and is skipped. The length test comes before the type test.
-uint32_t walk_keepalive_tlvs(const uint8_t *msg, uint16_t msg_len)
+// Kept out of line so that the usual KeepAlive, which has no TLV, does not
+// pay for the loop's set-up.
+[[gnu::noinline]] uint32_t walk_keepalive_loop(const uint8_t *msg, uint16_t msg_len)
 {
-    if (msg_len < 4) {
-        return LDP_STATUS_BAD_MSG_LEN;
-    }
-    if (msg_len == 4) {
-        return LDP_OK;
-    }
     tlv_cursor cur(msg, msg_len);
     do {
         if (!cur.has_header()) {
@@ -43,6 +38,17 @@ uint32_t walk_keepalive_tlvs(const uint8_t *msg, uint16_t msg_len)
     // The length test above keeps every TLV inside the message, so this only
     // states the end condition.
     return cur.at_end() ? LDP_OK : LDP_STATUS_BAD_MSG_LEN;
+}
+
+inline uint32_t walk_keepalive_tlvs(const uint8_t *msg, uint16_t msg_len)
+{
+    if (msg_len < 4) {
+        return LDP_STATUS_BAD_MSG_LEN;
+    }
+    if (msg_len == 4) {
+        return LDP_OK;
+    }
+    return walk_keepalive_loop(msg, msg_len);
 }
 
 } // namespace

@@ -100,8 +100,10 @@ uint32_t walk_init(const uint8_t *msg, uint16_t msg_len, LDP_InitMsg *rec, uint3
     if (msg_len < kInitMinLen) {
         return LDP_STATUS_MISSING_MSG_PARAMS;
     }
+    // The Initialization walks read their TLV headers off the wire; only the
+    // message header and the values are copied through memcpy_s.
     tlv_cursor cur(msg, msg_len);
-    const LDP_TlvHeader first = cur.header(srcfile::dec);
+    const LDP_TlvHeader first = cur.load_header();
     if (!cur.value_fits(first.usTlvLen)) {
         return LDP_STATUS_BAD_TLV_LEN;
     }
@@ -125,7 +127,7 @@ uint32_t walk_init(const uint8_t *msg, uint16_t msg_len, LDP_InitMsg *rec, uint3
         return LDP_STATUS_BAD_TLV_LEN;
     }
     // The F bit plays no part in any of these checks.
-    return walk_rest(cur, srcfile::dec, [&](const LDP_TlvHeader &tlv) {
+    return walk_rest<tlv_read::load>(cur, srcfile::dec, [&](const LDP_TlvHeader &tlv) {
         return rec != nullptr ? decode_init_tlv(cur, tlv, rec, module) : check_init_tlv(tlv);
     });
 }

@@ -165,8 +165,10 @@ uint32_t walk_hello(const uint8_t *msg, uint16_t msg_len, LDP_HelloMsg *rec, uin
     if (msg_len < kHelloMinLen) {
         return LDP_STATUS_MISSING_MSG_PARAMS;
     }
+    // The Common Hello Parameters header is read off the wire; the optional
+    // TLVs after it are walked as the reference walk does, copying each header.
     tlv_cursor cur(msg, msg_len);
-    const LDP_TlvHeader first = cur.header(srcfile::dec);
+    const LDP_TlvHeader first = cur.load_header();
     if (!cur.value_fits(first.usTlvLen)) {
         return LDP_STATUS_BAD_TLV_LEN;
     }

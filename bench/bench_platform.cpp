@@ -4,8 +4,10 @@
 #include "bench_platform.hpp"
 
 #include <atomic>
+#include <cerrno>
 #include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <map>
 
 #include "ldp_platform.h"
@@ -14,7 +16,6 @@ namespace benchplat {
 namespace {
 
 struct recorder {
-    bool tracking = false;
     bool recording = false;
     std::map<void *, uint32_t> live;    // size of each tracked block
     std::map<void *, int32_t> in_seq;   // index of each block made in the sequence
@@ -39,7 +40,7 @@ void on_alloc(void *p, uint32_t size)
     if (r.recording) {
         const auto idx = int32_t(r.in_seq.size());
         r.in_seq[p] = idx;
-        r.seq.events.push_back({true, size, idx});
+        r.seq.events.push_back({kind::alloc, size, idx});
     }
 }
 
@@ -48,7 +49,7 @@ void on_free(void *p)
     recorder &r = rec();
     if (r.recording) {
         if (auto it = r.in_seq.find(p); it != r.in_seq.end()) {
-            r.seq.events.push_back({false, 0, it->second});
+            r.seq.events.push_back({kind::release, 0, it->second});
             r.in_seq.erase(it);
         } else {
             auto [e, fresh] = r.earlier.try_emplace(p, int32_t(r.seq.earlier_sizes.size()));
@@ -56,26 +57,36 @@ void on_free(void *p)
                 const auto l = r.live.find(p);
                 r.seq.earlier_sizes.push_back(l != r.live.end() ? l->second : 1);
             }
-            r.seq.events.push_back({false, 0, -1 - e->second});
+            r.seq.events.push_back({kind::release, 0, -1 - e->second});
         }
     }
     r.live.erase(p);
 }
 
-} // namespace
+void on_copy(size_t room, size_t count)
+{
+    recorder &r = rec();
+    if (r.recording) {
+        r.seq.events.push_back({kind::copy, uint32_t(count), int32_t(room)});
+    }
+}
 
-uint32_t sequence::allocs() const
+uint32_t count_of(const std::vector<event> &events, kind k)
 {
     uint32_t n = 0;
     for (const event &e : events) {
-        n += e.alloc ? 1 : 0;
+        n += e.what == k ? 1 : 0;
     }
     return n;
 }
 
+} // namespace
+
+uint32_t sequence::allocs() const { return count_of(events, kind::alloc); }
+uint32_t sequence::copies() const { return count_of(events, kind::copy); }
+
 void track(bool on)
 {
-    rec().tracking = on;
     if (!on) {
         rec().live.clear();
     }
@@ -136,6 +147,26 @@ uint32_t PLAT_Free_F(void *p, const char *pcFile, uint32_t ulLine)
         benchplat::on_free(p);
     }
     std::free(p);
+    return 0;
+}
+
+// The default platform's checks, here rather than forwarded so that counting
+// adds no call.
+int memcpy_s(void *pDst, size_t ulDstMax, const void *pSrc, size_t ulCount)
+{
+    if (benchplat::g_watch.load(std::memory_order_relaxed)) {
+        benchplat::on_copy(ulDstMax, ulCount);
+    }
+    if (ulCount == 0) {
+        return 0;
+    }
+    if (pDst == nullptr || pSrc == nullptr) {
+        return EINVAL;
+    }
+    if (ulCount > ulDstMax) {
+        return ERANGE;
+    }
+    std::memmove(pDst, pSrc, ulCount);
     return 0;
 }
 

@@ -1,7 +1,7 @@
 // The benchmark platform: the plain C heap behind PLAT_SimpleAlloc_F and
-// PLAT_Free_F, with a switch that records the sequence of allocations and
-// releases one operation makes, so a benchmark can replay exactly that
-// sequence as the floor the codec is measured against.
+// PLAT_Free_F, with a switch that records the sequence of allocations,
+// releases and memcpy_s calls one operation makes, so a benchmark can replay
+// exactly that sequence as the floor the codec is measured against.
 #pragma once
 
 #include <cstdint>
@@ -9,12 +9,15 @@
 
 namespace benchplat {
 
-// One allocator event. For an allocation, size is the block size and ref the
+// One platform event. For an allocation, size is the block size and ref the
 // block's index among the blocks of the sequence. For a release, ref is the
 // index of the released block: in the sequence when ref >= 0, or among the
-// blocks that existed before it (-1 - ref) when negative.
+// blocks that existed before it (-1 - ref) when negative. For a memcpy_s,
+// size is the count and ref the destination room.
+enum class kind : uint8_t { alloc, release, copy };
+
 struct event {
-    bool alloc;
+    kind what;
     uint32_t size;
     int32_t ref;
 };
@@ -23,6 +26,7 @@ struct sequence {
     std::vector<event> events;
     std::vector<uint32_t> earlier_sizes; // blocks released but made before the sequence
     uint32_t allocs() const;
+    uint32_t copies() const;
 };
 
 // Track every live block's size from now on (single-threaded use only).

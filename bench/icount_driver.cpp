@@ -3,7 +3,8 @@
 // n2 times and dumps again. (n2 count - n1 count) / (n2 - n1) is the cost of
 // one decode and release, free of start-up and first-call binding costs.
 // The same is done for the message's floor: the platform allocations and
-// releases of one decode, replayed, plus one copy of the message.
+// releases of one decode, replayed, plus one copy of the message; and for the
+// floor with the decode's memcpy_s calls replayed as well.
 //
 //   valgrind --tool=callgrind ldp_icount SAMPLES N1 N2
 // Without valgrind the client requests do nothing and the program just runs.
@@ -40,16 +41,28 @@ void dump(const benchsamples::message &m, const char *tag)
 
 uint8_t g_scratch[4096 + 4];
 
-void run_floor(const benchsamples::message &m, const benchplat::sequence &seq, long n)
+uint8_t g_dst[4096 + 4];
+
+// The floor: the decode's allocations and releases, and its memcpy_s calls
+// too when copies is set, plus one copy of the message.
+void run_floor(const benchsamples::message &m, const benchplat::sequence &seq, long n, bool copies)
 {
     std::vector<void *> blocks(seq.events.size() + 1);
     for (long i = 0; i < n; ++i) {
         std::memcpy(g_scratch, m.bytes.data(), m.bytes.size());
         for (const benchplat::event &e : seq.events) {
-            if (e.alloc) {
+            switch (e.what) {
+            case benchplat::kind::alloc:
                 blocks[size_t(e.ref)] = PLAT_SimpleAlloc_F(0, e.size, "floor", 0);
-            } else {
+                break;
+            case benchplat::kind::release:
                 PLAT_Free_F(blocks[size_t(e.ref)], "floor", 0);
+                break;
+            case benchplat::kind::copy:
+                if (copies) {
+                    (void)memcpy_s(g_dst, size_t(e.ref), g_scratch, e.size);
+                }
+                break;
             }
         }
     }
@@ -84,10 +97,14 @@ int main(int argc, char **argv)
         dump(m, " n2");
         const benchplat::sequence seq = record(m);
         CALLGRIND_ZERO_STATS;
-        run_floor(m, seq, n1);
+        run_floor(m, seq, n1, false);
         dump(m, " f1");
-        run_floor(m, seq, n2);
+        run_floor(m, seq, n2, false);
         dump(m, " f2");
+        run_floor(m, seq, n1, true);
+        dump(m, " b1");
+        run_floor(m, seq, n2, true);
+        dump(m, " b2");
     }
     std::printf("%zu messages\n", messages.size());
     return messages.empty() ? 1 : 0;

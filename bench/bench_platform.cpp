@@ -151,12 +151,9 @@ uint32_t PLAT_Free_F(void *p, const char *pcFile, uint32_t ulLine)
 }
 
 // The default platform's checks, here rather than forwarded so that counting
-// adds no call.
-int memcpy_s(void *pDst, size_t ulDstMax, const void *pSrc, size_t ulCount)
+// adds no call; a copy is counted out of line, only while recording.
+static int checked_copy(void *pDst, size_t ulDstMax, const void *pSrc, size_t ulCount)
 {
-    if (benchplat::g_watch.load(std::memory_order_relaxed)) {
-        benchplat::on_copy(ulDstMax, ulCount);
-    }
     if (ulCount == 0) {
         return 0;
     }
@@ -168,6 +165,20 @@ int memcpy_s(void *pDst, size_t ulDstMax, const void *pSrc, size_t ulCount)
     }
     std::memmove(pDst, pSrc, ulCount);
     return 0;
+}
+
+[[gnu::noinline]] static int counted_copy(void *pDst, size_t ulDstMax, const void *pSrc, size_t ulCount)
+{
+    benchplat::on_copy(ulDstMax, ulCount);
+    return checked_copy(pDst, ulDstMax, pSrc, ulCount);
+}
+
+int memcpy_s(void *pDst, size_t ulDstMax, const void *pSrc, size_t ulCount)
+{
+    if (benchplat::g_watch.load(std::memory_order_relaxed)) {
+        return counted_copy(pDst, ulDstMax, pSrc, ulCount);
+    }
+    return checked_copy(pDst, ulDstMax, pSrc, ulCount);
 }
 
 void PLAT_Assert(const char *pcFile, uint32_t ulLine, const char *pcText)

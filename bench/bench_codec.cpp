@@ -35,6 +35,7 @@ struct sample {
     std::vector<uint8_t> bytes;
     uint16_t type = 0;
     benchplat::sequence decode_seq; // LDP_Decode + LDP_FreeMessage
+    benchplat::sequence decode_mem; // its allocations and releases alone
     benchplat::sequence encode_seq; // LDP_Encode + LDP_MemFreeCallBack
     bool encodes = false;
     uint32_t preparse_allocs = 0;
@@ -83,25 +84,35 @@ void load_samples(const std::string &path)
         (void)LDP_Decode(s.bytes.data(), &type, &rec, uint32_t(s.bytes.size()), 0);
         LDP_FreeMessage(rec);
         s.decode_seq = benchplat::take();
+        s.decode_mem = s.decode_seq.memory_only();
         (void)LDP_Decode(s.bytes.data(), &type, &rec, uint32_t(s.bytes.size()), 0);
         uint8_t *buf = nullptr;
         benchplat::start();
         s.encodes = LDP_Encode(&buf, type, rec, 0) == LDP_OK;
         LDP_MemFreeCallBack(buf);
-        s.encode_seq = benchplat::take();
+        s.encode_seq = benchplat::take().memory_only();
         benchplat::track(false);
         g_samples.push_back(std::move(s));
     }
 }
 
 // The platform calls of a recorded sequence, made again: its allocations and
-// releases, and its memcpy_s calls too when Copies is set. earlier holds the
-// blocks it releases without having made them.
-template <bool Copies>
+// releases, and with Calls set its memcpy_s and list-service calls too (the
+// list calls on a scratch list, first in first out, as the codec's lists are
+// emptied from the front). earlier holds the blocks it releases without
+// having made them.
+template <bool Calls>
 void replay(const benchplat::sequence &seq, void **blocks, void *const *earlier)
 {
     alignas(16) static thread_local uint8_t src[4096 + 4];
     alignas(16) static thread_local uint8_t dst[4096 + 4];
+    static thread_local SLL_Node nodes[64];
+    static thread_local SLL_List list = {{reinterpret_cast<SLL_Node *>(&list), 0},
+                                         reinterpret_cast<SLL_Node *>(&list), 0};
+    static thread_local SLL_List empty = {{reinterpret_cast<SLL_Node *>(&empty), 0},
+                                          reinterpret_cast<SLL_Node *>(&empty), 0};
+    size_t in = 0;
+    size_t out = 0;
     for (const benchplat::event &e : seq.events) {
         switch (e.what) {
         case benchplat::kind::alloc:
@@ -111,8 +122,23 @@ void replay(const benchplat::sequence &seq, void **blocks, void *const *earlier)
             PLAT_Free_F(e.ref >= 0 ? blocks[e.ref] : earlier[-1 - e.ref], "bench", __LINE__);
             break;
         case benchplat::kind::copy:
-            if (Copies) {
+            if (Calls) {
                 (void)memcpy_s(dst, size_t(e.ref), src, e.size);
+            }
+            break;
+        case benchplat::kind::list_insert:
+            if (Calls) {
+                SLL_Insert_In_Middle(&list, list.pTail, &nodes[in++ % 64], &list.stHead);
+            }
+            break;
+        case benchplat::kind::list_delete:
+            if (Calls) {
+                SLL_Delete(&list, &nodes[out++ % 64]);
+            }
+            break;
+        case benchplat::kind::list_free_all:
+            if (Calls) {
+                SLL_FreeAll(&empty, nullptr);
             }
             break;
         }
@@ -142,13 +168,14 @@ void decode(benchmark::State &state, const sample *s)
     }
 }
 
-template <bool Copies>
+template <bool Calls>
 void decode_floor(benchmark::State &state, const sample *s)
 {
-    std::vector<void *> blocks(s->decode_seq.events.size() + 1);
+    const benchplat::sequence &seq = Calls ? s->decode_seq : s->decode_mem;
+    std::vector<void *> blocks(seq.events.size() + 1);
     for (auto _ : state) {
         copy_message(*s);
-        replay<Copies>(s->decode_seq, blocks.data(), nullptr);
+        replay<Calls>(seq, blocks.data(), nullptr);
     }
 }
 
@@ -331,7 +358,7 @@ public:
     {
         std::printf("\nCPU ns per message; ratio = codec / floor (same run)\n");
         std::printf("%-20s %7s %7s %5s %7s %5s  %7s %7s %5s  %6s  %7s %7s %5s\n", "message", "decode", "floor",
-                    "ratio", "+copies", "ratio", "encode", "floor", "ratio", "a/c/p", "pre-p", "walk", "ratio");
+                    "ratio", "+calls", "ratio", "encode", "floor", "ratio", "a/c/l/p", "pre-p", "walk", "ratio");
         for (const sample &s : g_samples) {
             if (ns_.count("decode/" + s.name) == 0) {
                 continue; // filtered out of this run
@@ -341,13 +368,14 @@ public:
             print_ratio("decode/", "decode_bound/", s.name);
             std::printf(" ");
             print_pair("encode/", "encode_floor/", s.name);
-            std::printf("  %u/%u/%u", s.decode_seq.allocs(), s.decode_seq.copies(), s.preparse_allocs);
-            std::printf("%*s", s.decode_seq.copies() >= 10 ? 0 : 1, "");
+            std::printf("  %u/%u/%u/%u", s.decode_seq.allocs(), s.decode_seq.copies(), s.decode_seq.list_calls(),
+                        s.preparse_allocs);
             print_pair("pre_parse/", "bare_walk/", s.name);
             std::printf("\n");
         }
-        std::printf("+copies: the floor plus the decode's memcpy_s calls, same counts and rooms\n");
-        std::printf("a/c/p: allocations and memcpy_s calls of one decode, allocations of its pre-parse\n");
+        std::printf("+calls: the floor plus the decode's memcpy_s calls (same counts and rooms) and list calls\n");
+        std::printf("a/c/l/p: allocations, memcpy_s calls and list calls of one decode, allocations of its"
+                    " pre-parse\n");
     }
 
 private:

@@ -1,6 +1,7 @@
-// Implementation of the benchmark platform's allocator and assertion sink.
-// The list service, the bounds-checked copies and the text and time services
-// are the default platform's own files, compiled in beside this one.
+// Implementation of the benchmark platform's allocator, copy, list service
+// and assertion sink. The copy and the list service record their calls and
+// otherwise behave as the default platform's. The default platform's other
+// services are compiled in beside this file.
 #include "bench_platform.hpp"
 
 #include <atomic>
@@ -11,6 +12,19 @@
 #include <map>
 
 #include "ldp_platform.h"
+
+// The default list service, compiled here as static functions under other
+// names so that the recording wrappers below inline it ("void static f" is a
+// valid declaration; the headers sll.c includes are already included).
+namespace default_sll {
+#define SLL_Insert_In_Middle static insert_in_middle
+#define SLL_Delete static remove
+#define SLL_FreeAll static free_all
+#include "../platform/default/sll.c"
+#undef SLL_Insert_In_Middle
+#undef SLL_Delete
+#undef SLL_FreeAll
+} // namespace default_sll
 
 namespace benchplat {
 namespace {
@@ -71,6 +85,14 @@ void on_copy(size_t room, size_t count)
     }
 }
 
+void on_list(kind k)
+{
+    recorder &r = rec();
+    if (r.recording) {
+        r.seq.events.push_back({k, 0, 0});
+    }
+}
+
 uint32_t count_of(const std::vector<event> &events, kind k)
 {
     uint32_t n = 0;
@@ -84,6 +106,23 @@ uint32_t count_of(const std::vector<event> &events, kind k)
 
 uint32_t sequence::allocs() const { return count_of(events, kind::alloc); }
 uint32_t sequence::copies() const { return count_of(events, kind::copy); }
+sequence sequence::memory_only() const
+{
+    sequence out;
+    out.earlier_sizes = earlier_sizes;
+    for (const event &e : events) {
+        if (e.what == kind::alloc || e.what == kind::release) {
+            out.events.push_back(e);
+        }
+    }
+    return out;
+}
+
+uint32_t sequence::list_calls() const
+{
+    return count_of(events, kind::list_insert) + count_of(events, kind::list_delete) +
+           count_of(events, kind::list_free_all);
+}
 
 void track(bool on)
 {
@@ -179,6 +218,35 @@ int memcpy_s(void *pDst, size_t ulDstMax, const void *pSrc, size_t ulCount)
         return counted_copy(pDst, ulDstMax, pSrc, ulCount);
     }
     return checked_copy(pDst, ulDstMax, pSrc, ulCount);
+}
+
+
+// Out of line and cold, so that the list calls stay as cheap as the default
+// platform's while nothing is recorded.
+[[gnu::cold, gnu::noinline]] static void note_list(benchplat::kind k) { benchplat::on_list(k); }
+
+void SLL_Insert_In_Middle(SLL_List *pList, SLL_Node *pPrev, SLL_Node *pNode, SLL_Node *pNext)
+{
+    if (benchplat::g_watch.load(std::memory_order_relaxed)) {
+        note_list(benchplat::kind::list_insert);
+    }
+    default_sll::insert_in_middle(pList, pPrev, pNode, pNext);
+}
+
+void SLL_Delete(SLL_List *pList, SLL_Node *pNode)
+{
+    if (benchplat::g_watch.load(std::memory_order_relaxed)) {
+        note_list(benchplat::kind::list_delete);
+    }
+    default_sll::remove(pList, pNode);
+}
+
+void SLL_FreeAll(SLL_List *pList, SLL_FreeFunc pfnFree)
+{
+    if (benchplat::g_watch.load(std::memory_order_relaxed)) {
+        note_list(benchplat::kind::list_free_all);
+    }
+    default_sll::free_all(pList, pfnFree);
 }
 
 void PLAT_Assert(const char *pcFile, uint32_t ulLine, const char *pcText)

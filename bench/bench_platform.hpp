@@ -1,7 +1,8 @@
 // The benchmark platform: the plain C heap behind PLAT_SimpleAlloc_F and
 // PLAT_Free_F, with a switch that records the sequence of allocations,
-// releases and memcpy_s calls one operation makes, so a benchmark can replay
-// exactly that sequence as the floor the codec is measured against.
+// releases, memcpy_s calls and list-service calls one operation makes, so a
+// benchmark can replay exactly that sequence as the floor the codec is
+// measured against.
 #pragma once
 
 #include <cstdint>
@@ -13,8 +14,9 @@ namespace benchplat {
 // block's index among the blocks of the sequence. For a release, ref is the
 // index of the released block: in the sequence when ref >= 0, or among the
 // blocks that existed before it (-1 - ref) when negative. For a memcpy_s,
-// size is the count and ref the destination room.
-enum class kind : uint8_t { alloc, release, copy };
+// size is the count and ref the destination room. The list-service calls
+// carry nothing.
+enum class kind : uint8_t { alloc, release, copy, list_insert, list_delete, list_free_all };
 
 struct event {
     kind what;
@@ -27,6 +29,9 @@ struct sequence {
     std::vector<uint32_t> earlier_sizes; // blocks released but made before the sequence
     uint32_t allocs() const;
     uint32_t copies() const;
+    uint32_t list_calls() const;
+    // The allocations and releases alone, for a floor that makes only those.
+    sequence memory_only() const;
 };
 
 // Track every live block's size from now on (single-threaded use only).

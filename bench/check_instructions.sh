@@ -40,9 +40,9 @@ if [ "$mode" = --update ]; then
         echo "# Instructions per LDP_Decode + LDP_FreeMessage of each sample of"
         echo "# samples/messages.hex (callgrind, GCC RelWithDebInfo build, bench platform),"
         echo "# then those of its floor (the same allocations and releases and one copy"
-        echo "# of the message) and of the floor with the decode's memcpy_s calls added."
+        echo "# of the message) and of the floor with the decode's memcpy_s and list calls added."
         echo "# The check guards the first column only."
-        echo "# message instructions floor floor+copies"
+        echo "# message instructions floor floor+calls"
         echo "# Re-measure: bench/check_instructions.sh build/gcc/bench/ldp_icount --update"
         cat "$tmp/now"
     } >"$table"
@@ -50,7 +50,7 @@ if [ "$mode" = --update ]; then
     exit 0
 fi
 
-echo "message              recorded      now  change   floor ratio  +copies ratio"
+echo "message              recorded      now  change   floor ratio   +calls ratio"
 awk -v limit="$limit" '
     FNR == NR { if ($0 !~ /^#/ && NF == 4) old[$1] = $2; next }
     {

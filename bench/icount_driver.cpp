@@ -4,7 +4,7 @@
 // one decode and release, free of start-up and first-call binding costs.
 // The same is done for the message's floor: the platform allocations and
 // releases of one decode, replayed, plus one copy of the message; and for the
-// floor with the decode's memcpy_s calls replayed as well.
+// floor with the decode's memcpy_s and list-service calls replayed as well.
 //
 //   valgrind --tool=callgrind ldp_icount SAMPLES N1 N2
 // Without valgrind the client requests do nothing and the program just runs.
@@ -42,14 +42,19 @@ void dump(const benchsamples::message &m, const char *tag)
 uint8_t g_scratch[4096 + 4];
 
 uint8_t g_dst[4096 + 4];
+SLL_Node g_nodes[64];
+SLL_List g_list = {{reinterpret_cast<SLL_Node *>(&g_list), 0}, reinterpret_cast<SLL_Node *>(&g_list), 0};
+SLL_List g_empty = {{reinterpret_cast<SLL_Node *>(&g_empty), 0}, reinterpret_cast<SLL_Node *>(&g_empty), 0};
 
-// The floor: the decode's allocations and releases, and its memcpy_s calls
-// too when copies is set, plus one copy of the message.
-void run_floor(const benchsamples::message &m, const benchplat::sequence &seq, long n, bool copies)
+// The floor: the decode's allocations and releases, and its memcpy_s and
+// list-service calls too when calls is set, plus one copy of the message.
+void run_floor(const benchsamples::message &m, const benchplat::sequence &seq, long n, bool calls)
 {
     std::vector<void *> blocks(seq.events.size() + 1);
     for (long i = 0; i < n; ++i) {
         std::memcpy(g_scratch, m.bytes.data(), m.bytes.size());
+        size_t in = 0;
+        size_t out = 0;
         for (const benchplat::event &e : seq.events) {
             switch (e.what) {
             case benchplat::kind::alloc:
@@ -59,8 +64,23 @@ void run_floor(const benchsamples::message &m, const benchplat::sequence &seq, l
                 PLAT_Free_F(blocks[size_t(e.ref)], "floor", 0);
                 break;
             case benchplat::kind::copy:
-                if (copies) {
+                if (calls) {
                     (void)memcpy_s(g_dst, size_t(e.ref), g_scratch, e.size);
+                }
+                break;
+            case benchplat::kind::list_insert:
+                if (calls) {
+                    SLL_Insert_In_Middle(&g_list, g_list.pTail, &g_nodes[in++ % 64], &g_list.stHead);
+                }
+                break;
+            case benchplat::kind::list_delete:
+                if (calls) {
+                    SLL_Delete(&g_list, &g_nodes[out++ % 64]);
+                }
+                break;
+            case benchplat::kind::list_free_all:
+                if (calls) {
+                    SLL_FreeAll(&g_empty, nullptr);
                 }
                 break;
             }
@@ -96,10 +116,11 @@ int main(int argc, char **argv)
         run(m, n2);
         dump(m, " n2");
         const benchplat::sequence seq = record(m);
+        const benchplat::sequence mem = seq.memory_only();
         CALLGRIND_ZERO_STATS;
-        run_floor(m, seq, n1, false);
+        run_floor(m, mem, n1, false);
         dump(m, " f1");
-        run_floor(m, seq, n2, false);
+        run_floor(m, mem, n2, false);
         dump(m, " f2");
         run_floor(m, seq, n1, true);
         dump(m, " b1");

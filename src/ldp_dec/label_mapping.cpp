@@ -243,7 +243,9 @@ extern "C" LDP_API uint32_t LDP_DecodeMappingMsg(const uint8_t *pucMsg, LDP_Mapp
     if (pucMsg == nullptr || pMsgRecord == nullptr) {
         return LDP_ERR_PARAM;
     }
-    msg::read_header(pucMsg, &pMsgRecord->stMsgHeader, srcfile::dec);
+    // Read, not copied through memcpy_s: no rule asks for the copy here, and
+    // the quick path of LDP_Decode reads it the same way.
+    msg::load_header(pucMsg, &pMsgRecord->stMsgHeader);
     return decode_walk(pucMsg, pMsgRecord, ulMemModuleId);
 }
 
@@ -257,8 +259,8 @@ extern "C" LDP_API uint32_t LDP_DecodeMappingMsg(const uint8_t *pucMsg, LDP_Mapp
 // again. Anything else (another TLV, a repeat, a U bit that matters, any
 // length or value the pre-parse would refuse) takes the usual road, decided
 // before anything is allocated. Both roads make the same platform calls in the
-// same order: the record, the header copy, then per FEC element its
-// allocation, its address copy and its listing.
+// same order: the record, then per FEC element its allocation, its address
+// copy and its listing.
 
 namespace {
 
@@ -365,14 +367,8 @@ uint32_t quick_fec_elements(const uint8_t *value, uint16_t len, SLL_List *fec_li
 // The decoder for a message quick_shape accepted.
 uint32_t quick_decode(const uint8_t *msg, LDP_MappingMsg *rec, uint32_t module)
 {
-    msg::read_header(msg, &rec->stMsgHeader, srcfile::dec);
-    const uint16_t msg_len = rec->stMsgHeader.usMsgLen;
-    if (msg_len != wire::load16(msg + 2)) {
-        // The header copy failed (and was reported): the record's length is
-        // not the one checked, so decode as the usual road does from here.
-        return decode_walk(msg, rec, module);
-    }
-    tlv_cursor cur(msg, msg_len);
+    msg::load_header(msg, &rec->stMsgHeader);
+    tlv_cursor cur(msg, rec->stMsgHeader.usMsgLen);
     do {
         const LDP_TlvHeader tlv = cur.load_header();
         const uint8_t *value = cur.value();

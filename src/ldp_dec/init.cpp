@@ -154,13 +154,13 @@ uint32_t ldp::caps::decode_into(const uint8_t *value, const LDP_TlvHeader &tlv, 
 
 extern "C" LDP_API uint32_t LDP_PreParseInitMsg(const uint8_t *pucMsg)
 {
-    return dec::pre_parse<LDP_InitMsg>(pucMsg, walk_init);
+    return dec::pre_parse<LDP_InitMsg, dec::header_read::load>(pucMsg, walk_init);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeInitMsg(const uint8_t *pucMsg, LDP_InitMsg *pMsgRecord,
                                               uint32_t ulMemModuleId)
 {
-    return dec::decode(pucMsg, pMsgRecord, ulMemModuleId, walk_init);
+    return dec::decode<LDP_InitMsg, dec::header_read::load>(pucMsg, pMsgRecord, ulMemModuleId, walk_init);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeCommSessParamTlv(const uint8_t *pucValue,

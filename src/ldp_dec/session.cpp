@@ -202,13 +202,13 @@ uint32_t walk_hello(const uint8_t *msg, uint16_t msg_len, LDP_HelloMsg *rec, uin
 
 extern "C" LDP_API uint32_t LDP_PreParseHelloMsg(const uint8_t *pucMsg)
 {
-    return dec::pre_parse<LDP_HelloMsg>(pucMsg, walk_hello);
+    return dec::pre_parse<LDP_HelloMsg, dec::header_read::load>(pucMsg, walk_hello);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeHelloMsg(const uint8_t *pucMsg, LDP_HelloMsg *pMsgRecord,
                                                uint32_t ulMemModuleId)
 {
-    return dec::decode(pucMsg, pMsgRecord, ulMemModuleId, walk_hello);
+    return dec::decode<LDP_HelloMsg, dec::header_read::load>(pucMsg, pMsgRecord, ulMemModuleId, walk_hello);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeCommHelloParamTlv(const uint8_t *pucValue,

@@ -253,15 +253,14 @@ extern "C" LDP_API uint32_t LDP_DecodeMappingMsg(const uint8_t *pucMsg, LDP_Mapp
 //
 // Nearly every Label Mapping an engine receives has one FEC TLV of Prefix and
 // Host Address elements, one Generic Label and perhaps a Label Request Message
-// ID, a Hop Count, a Path Vector (each once) and unknown TLVs with the U bit.
-// A message of that shape, well formed, passes the pre-parse and has nothing
-// the decoder can refuse, so LDP_Decode checks the shape in one read-only pass
-// and then fills the record without checking again. Anything else (another TLV, a repeat, a U bit that matters, any
+// ID and a Hop Count. A message of that shape, well formed, passes the
+// pre-parse and has nothing the decoder can refuse, so LDP_Decode checks the
+// shape in one read-only pass and then fills the record without checking
+// again. Anything else (another TLV, a repeat, a U bit that matters, any
 // length or value the pre-parse would refuse) takes the usual road, decided
 // before anything is allocated. Both roads make the same platform calls in the
-// same order: the record, then in wire order per FEC element its allocation,
-// its address copy and its listing, and the Path Vector's and kept unknown
-// TLVs' allocations, copies and listings.
+// same order: the record, then per FEC element its allocation, its address
+// copy and its listing.
 
 namespace {
 
@@ -296,30 +295,13 @@ bool quick_fec(const uint8_t *value, uint16_t len)
     return used == len;
 }
 
-// An unknown TLV with the U bit: kept (F bit) or skipped, as often as it
-// comes. A type the Label Mapping knows but the shape leaves out, or a TLV
-// without the U bit, is for the usual road.
-bool quick_unknown(const LDP_TlvHeader &tlv)
-{
-    switch (tlv.usTlvType & LDP_TLV_TYPE_MASK) {
-    case LDP_TLV_MAPPING_0601:
-    case LDP_TLV_MAPPING_0900:
-    case LDP_TLV_MP_STATUS:
-    case LDP_TLV_VENDOR_PRIVATE:
-    case LDP_TLV_MAPPING_0206:
-        return false;
-    default:
-        return dec::u_bit(tlv);
-    }
-}
-
 bool quick_shape(const uint8_t *msg)
 {
     const uint16_t msg_len = wire::load16(msg + 2);
     if (msg_len < kMinMappingLen) {
         return false;
     }
-    enum : unsigned { fec = 1, label = 2, req_id = 4, hop_count = 8, path_vector = 16 };
+    enum : unsigned { fec = 1, label = 2, req_id = 4, hop_count = 8 };
     unsigned seen = 0;
     tlv_cursor cur(msg, msg_len);
     do {
@@ -331,27 +313,27 @@ bool quick_shape(const uint8_t *msg)
         if (!cur.value_fits(len)) {
             return false;
         }
-        // The usual types first, in the order they usually come.
-        const uint16_t type = tlv.usTlvType & LDP_TLV_TYPE_MASK;
         unsigned kind = 0;
         bool ok = false;
-        if (type == LDP_TLV_FEC) {
+        switch (tlv.usTlvType & LDP_TLV_TYPE_MASK) {
+        case LDP_TLV_FEC:
             kind = fec;
             ok = quick_fec(cur.value(), len);
-        } else if (type == LDP_TLV_GENERIC_LABEL) {
+            break;
+        case LDP_TLV_GENERIC_LABEL:
             kind = label;
             ok = len == 4;
-        } else if (type == LDP_TLV_LABEL_REQ_MSG_ID) {
+            break;
+        case LDP_TLV_LABEL_REQ_MSG_ID:
             kind = req_id;
             ok = len == 4;
-        } else if (type == LDP_TLV_HOP_COUNT) {
+            break;
+        case LDP_TLV_HOP_COUNT:
             kind = hop_count;
             ok = len == 1;
-        } else if (type == LDP_TLV_PATH_VECTOR) {
-            kind = path_vector;
-            ok = len != 0 && len % 4 == 0;
-        } else {
-            ok = quick_unknown(tlv);
+            break;
+        default:
+            return false;
         }
         if (!ok || (seen & kind) != 0) {
             return false;
@@ -382,15 +364,6 @@ uint32_t quick_fec_elements(const uint8_t *value, uint16_t len, SLL_List *fec_li
     return LDP_OK;
 }
 
-// A Path Vector or an unknown TLV, taken as the usual decoder takes them.
-// Out of line: the usual mapping has neither.
-[[gnu::noinline]] uint32_t quick_other(const tlv_cursor &cur, const LDP_TlvHeader &tlv, LDP_MappingMsg *rec,
-                                       uint32_t module)
-{
-    bool label_seen = true; // not looked at for these types
-    return decode_tlv(cur, tlv, rec, label_seen, module);
-}
-
 // The decoder for a message quick_shape accepted.
 uint32_t quick_decode(const uint8_t *msg, LDP_MappingMsg *rec, uint32_t module)
 {
@@ -417,18 +390,11 @@ uint32_t quick_decode(const uint8_t *msg, LDP_MappingMsg *rec, uint32_t module)
             rec->stLabelReqIdTlv.ulReqMsgId = wire::load32(value);
             rec->ucOptFlags1 |= LDP_MAP_OPT_LABEL_REQ_ID;
             break;
-        case LDP_TLV_HOP_COUNT:
+        default: // Hop Count, the only other type the shape lets through
             rec->stHopCountTlv.stTlvHeader = tlv;
             rec->stHopCountTlv.ucHopCount = value[0];
             rec->ucOptFlags1 |= LDP_MAP_OPT_HOP_COUNT;
             break;
-        default: { // a Path Vector or an unknown TLV
-            const uint32_t rc = quick_other(cur, tlv, rec, module);
-            if (rc != LDP_OK) {
-                return rc;
-            }
-            break;
-        }
         }
         cur.advance(tlv.usTlvLen);
     } while (!cur.at_or_past_end());

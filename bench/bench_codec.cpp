@@ -6,7 +6,8 @@
 // Times are CPU times of the running thread; absolute figures on a shared
 // machine mean little, ratios from one run do.
 //
-//   ldpcodec_bench [--samples=FILE] [benchmark flags]
+//   ldpcodec_bench [--samples=FILE] [--by-type] [benchmark flags]
+// --by-type makes one row per message type, over all its messages in turn.
 #include <benchmark/benchmark.h>
 
 #include <algorithm>
@@ -30,16 +31,28 @@ namespace {
 // encode figures time batches of this many messages decoded beforehand.
 constexpr int kBatch = 32;
 
-struct sample {
-    std::string name; // type name and its rank among the samples of that type
+// One message with the platform calls of its decode and encode.
+struct message {
     std::vector<uint8_t> bytes;
-    uint16_t type = 0;
     benchplat::sequence decode_seq; // LDP_Decode + LDP_FreeMessage
     benchplat::sequence decode_mem; // its allocations and releases alone
-    benchplat::sequence encode_seq; // LDP_Encode + LDP_MemFreeCallBack
+    benchplat::sequence encode_seq; // LDP_Encode + LDP_MemFreeCallBack, allocations and releases
     bool encodes = false;
     uint32_t preparse_allocs = 0;
 };
+
+// What one row of the table measures: one message, or with --by-type every
+// message of one type, taken in turn (the figures are then means per message).
+struct sample {
+    std::string name; // type name and its rank among the samples of that type, or the type name
+    uint16_t type = 0;
+    std::vector<message> msgs;
+    bool encodes = true;    // every message encodes
+    size_t max_events = 0;  // of any message's decode or encode sequence
+};
+
+// The next message of a sample, in turn.
+inline size_t next(size_t i, const sample &s) { return i + 1 == s.msgs.size() ? 0 : i + 1; }
 
 std::vector<sample> g_samples;
 
@@ -66,33 +79,52 @@ pre_parse_fn pre_parse_of(uint16_t type)
 
 uint16_t load16(const uint8_t *p) { return uint16_t(p[0] << 8 | p[1]); }
 
-// The samples with the allocator sequences of their decode and encode.
-void load_samples(const std::string &path)
+message record_message(std::vector<uint8_t> bytes, uint16_t type)
 {
+    message m;
+    m.bytes = std::move(bytes);
+    uint32_t t = 0;
+    void *rec = nullptr;
+    benchplat::track(true);
+    benchplat::start();
+    (void)pre_parse_of(type)(m.bytes.data());
+    m.preparse_allocs = benchplat::take().allocs();
+    benchplat::start();
+    (void)LDP_Decode(m.bytes.data(), &t, &rec, uint32_t(m.bytes.size()), 0);
+    LDP_FreeMessage(rec);
+    m.decode_seq = benchplat::take();
+    m.decode_mem = m.decode_seq.memory_only();
+    (void)LDP_Decode(m.bytes.data(), &t, &rec, uint32_t(m.bytes.size()), 0);
+    uint8_t *buf = nullptr;
+    benchplat::start();
+    m.encodes = LDP_Encode(&buf, t, rec, 0) == LDP_OK;
+    LDP_MemFreeCallBack(buf);
+    m.encode_seq = benchplat::take().memory_only();
+    benchplat::track(false);
+    return m;
+}
+
+// The samples with the platform calls of their decode and encode; by_type
+// gathers all messages of a type into one sample.
+void load_samples(const std::string &path, bool by_type)
+{
+    std::map<uint16_t, size_t> row_of_type;
     for (benchsamples::message &m : benchsamples::load(path)) {
-        sample s;
-        s.name = m.name;
-        s.type = m.type;
-        s.bytes = std::move(m.bytes);
-        uint32_t type = 0;
-        void *rec = nullptr;
-        benchplat::track(true);
-        benchplat::start();
-        (void)pre_parse_of(s.type)(s.bytes.data());
-        s.preparse_allocs = benchplat::take().allocs();
-        benchplat::start();
-        (void)LDP_Decode(s.bytes.data(), &type, &rec, uint32_t(s.bytes.size()), 0);
-        LDP_FreeMessage(rec);
-        s.decode_seq = benchplat::take();
-        s.decode_mem = s.decode_seq.memory_only();
-        (void)LDP_Decode(s.bytes.data(), &type, &rec, uint32_t(s.bytes.size()), 0);
-        uint8_t *buf = nullptr;
-        benchplat::start();
-        s.encodes = LDP_Encode(&buf, type, rec, 0) == LDP_OK;
-        LDP_MemFreeCallBack(buf);
-        s.encode_seq = benchplat::take().memory_only();
-        benchplat::track(false);
-        g_samples.push_back(std::move(s));
+        size_t row = g_samples.size();
+        if (by_type) {
+            const auto [it, fresh] = row_of_type.try_emplace(m.type, row);
+            row = it->second;
+            if (fresh) {
+                g_samples.push_back({benchsamples::type_name(m.type), m.type, {}, true, 0});
+            }
+        } else {
+            g_samples.push_back({m.name, m.type, {}, true, 0});
+        }
+        sample &s = g_samples[row];
+        s.msgs.push_back(record_message(std::move(m.bytes), m.type));
+        const message &added = s.msgs.back();
+        s.encodes = s.encodes && added.encodes;
+        s.max_events = std::max({s.max_events, added.decode_seq.events.size(), added.encode_seq.events.size()});
     }
 }
 
@@ -146,36 +178,41 @@ void replay(const benchplat::sequence &seq, void **blocks, void *const *earlier)
     benchmark::DoNotOptimize(blocks);
 }
 
-void copy_message(const sample &s)
+void copy_message(const message &m)
 {
-    alignas(16) static thread_local uint8_t scratch[4096 + 4];
-    std::memcpy(scratch, s.bytes.data(), s.bytes.size());
+    alignas(16) static thread_local uint8_t scratch[65536 + 4];
+    std::memcpy(scratch, m.bytes.data(), m.bytes.size());
     benchmark::DoNotOptimize(scratch);
     benchmark::ClobberMemory();
 }
 
 void decode(benchmark::State &state, const sample *s)
 {
+    size_t i = 0;
     for (auto _ : state) {
+        const message &m = s->msgs[i];
         uint32_t type;
         void *rec;
-        if (LDP_Decode(s->bytes.data(), &type, &rec, uint32_t(s->bytes.size()), 0) != LDP_OK) {
+        if (LDP_Decode(m.bytes.data(), &type, &rec, uint32_t(m.bytes.size()), 0) != LDP_OK) {
             state.SkipWithError("decode failed");
             break;
         }
         benchmark::DoNotOptimize(rec);
         LDP_FreeMessage(rec);
+        i = next(i, *s);
     }
 }
 
 template <bool Calls>
 void decode_floor(benchmark::State &state, const sample *s)
 {
-    const benchplat::sequence &seq = Calls ? s->decode_seq : s->decode_mem;
-    std::vector<void *> blocks(seq.events.size() + 1);
+    std::vector<void *> blocks(s->max_events + 1);
+    size_t i = 0;
     for (auto _ : state) {
-        copy_message(*s);
-        replay<Calls>(seq, blocks.data(), nullptr);
+        const message &m = s->msgs[i];
+        copy_message(m);
+        replay<Calls>(Calls ? m.decode_seq : m.decode_mem, blocks.data(), nullptr);
+        i = next(i, *s);
     }
 }
 
@@ -193,10 +230,13 @@ double thread_cpu_seconds()
 void encode(benchmark::State &state, const sample *s)
 {
     void *recs[kBatch];
+    size_t i = 0;
     for (auto _ : state) {
         for (void *&rec : recs) {
+            const message &m = s->msgs[i];
             uint32_t type;
-            (void)LDP_Decode(s->bytes.data(), &type, &rec, uint32_t(s->bytes.size()), 0);
+            (void)LDP_Decode(m.bytes.data(), &type, &rec, uint32_t(m.bytes.size()), 0);
+            i = next(i, *s);
         }
         const double t0 = thread_cpu_seconds();
         for (void *rec : recs) {
@@ -214,18 +254,27 @@ void encode(benchmark::State &state, const sample *s)
 
 void encode_floor(benchmark::State &state, const sample *s)
 {
-    const benchplat::sequence &seq = s->encode_seq;
-    const size_t n_earlier = seq.earlier_sizes.size();
-    std::vector<void *> earlier(n_earlier * kBatch + 1);
-    std::vector<void *> blocks(seq.events.size() + 1);
+    std::vector<std::vector<void *>> earlier(kBatch);
+    std::vector<void *> blocks(s->max_events + 1);
+    size_t i = 0;
     for (auto _ : state) {
-        for (size_t i = 0; i < earlier.size() - 1; ++i) {
-            earlier[i] = PLAT_SimpleAlloc_F(0, seq.earlier_sizes[i % n_earlier], "bench", __LINE__);
+        // The blocks each record owned, made beforehand as the decodes made them.
+        const size_t first = i;
+        for (std::vector<void *> &blocks_of : earlier) {
+            const benchplat::sequence &seq = s->msgs[i].encode_seq;
+            blocks_of.resize(seq.earlier_sizes.size());
+            for (size_t b = 0; b < blocks_of.size(); ++b) {
+                blocks_of[b] = PLAT_SimpleAlloc_F(0, seq.earlier_sizes[b], "bench", __LINE__);
+            }
+            i = next(i, *s);
         }
+        i = first;
         const double t0 = thread_cpu_seconds();
-        for (int k = 0; k < kBatch; ++k) {
-            replay<false>(seq, blocks.data(), earlier.data() + size_t(k) * n_earlier);
-            copy_message(*s);
+        for (const std::vector<void *> &blocks_of : earlier) {
+            const message &m = s->msgs[i];
+            replay<false>(m.encode_seq, blocks.data(), blocks_of.data());
+            copy_message(m);
+            i = next(i, *s);
         }
         state.SetIterationTime(thread_cpu_seconds() - t0);
     }
@@ -234,16 +283,20 @@ void encode_floor(benchmark::State &state, const sample *s)
 void pre_parse(benchmark::State &state, const sample *s)
 {
     const pre_parse_fn fn = pre_parse_of(s->type);
+    size_t i = 0;
     for (auto _ : state) {
-        benchmark::DoNotOptimize(fn(s->bytes.data()));
+        benchmark::DoNotOptimize(fn(s->msgs[i].bytes.data()));
+        i = next(i, *s);
     }
 }
 
 // The least a walk can do: step over every TLV header of the message.
 void bare_walk(benchmark::State &state, const sample *s)
 {
+    size_t i = 0;
     for (auto _ : state) {
-        const uint8_t *msg = s->bytes.data();
+        const uint8_t *msg = s->msgs[i].bytes.data();
+        i = next(i, *s);
         benchmark::DoNotOptimize(msg);
         const uint32_t len = load16(msg + 2);
         uint32_t pos = 4;
@@ -293,12 +346,15 @@ thread_figures decode_on_threads(const sample &s, int threads)
         for (int t = 0; t < threads; ++t) {
             pool.emplace_back([&s, &cpu, t] {
                 const double c0 = thread_cpu_seconds();
+                size_t m = 0;
                 for (int i = 0; i < kPerThread; ++i) {
+                    const std::vector<uint8_t> &bytes = s.msgs[m].bytes;
                     uint32_t type;
                     void *rec;
-                    (void)LDP_Decode(s.bytes.data(), &type, &rec, uint32_t(s.bytes.size()), 0);
+                    (void)LDP_Decode(bytes.data(), &type, &rec, uint32_t(bytes.size()), 0);
                     benchmark::DoNotOptimize(rec);
                     LDP_FreeMessage(rec);
+                    m = next(m, s);
                 }
                 cpu[size_t(t)] = thread_cpu_seconds() - c0;
             });
@@ -319,15 +375,17 @@ thread_figures decode_on_threads(const sample &s, int threads)
 
 void print_thread_scaling()
 {
-    for (const char *name : {"KeepAlive.1", "LabelMapping.1"}) {
+    for (const uint16_t type : {uint16_t(LDP_MSG_KEEPALIVE), uint16_t(LDP_MSG_LABEL_MAPPING)}) {
         for (const sample &s : g_samples) {
-            if (s.name == name) {
+            if (s.type == type) {
+                const char *name = s.name.c_str();
                 const thread_figures one = decode_on_threads(s, 1);
                 const thread_figures two = decode_on_threads(s, 2);
                 std::printf("decode %s: CPU ns per message %.1f on 1 thread, %.1f on each of 2 (ratio %.2f);"
                             " wall-clock %.1f M msg/s on 1, %.1f M on 2 (x%.2f)\n",
                             name, one.cpu_ns, two.cpu_ns, two.cpu_ns / one.cpu_ns, one.per_second / 1e6,
                             two.per_second / 1e6, two.per_second / one.per_second);
+                break; // the first sample of the type
             }
         }
     }
@@ -368,17 +426,36 @@ public:
             print_ratio("decode/", "decode_bound/", s.name);
             std::printf(" ");
             print_pair("encode/", "encode_floor/", s.name);
-            std::printf("  %u/%u/%u/%u", s.decode_seq.allocs(), s.decode_seq.copies(), s.decode_seq.list_calls(),
-                        s.preparse_allocs);
+            print_counts(s);
             print_pair("pre_parse/", "bare_walk/", s.name);
             std::printf("\n");
         }
         std::printf("+calls: the floor plus the decode's memcpy_s calls (same counts and rooms) and list calls\n");
         std::printf("a/c/l/p: allocations, memcpy_s calls and list calls of one decode, allocations of its"
-                    " pre-parse\n");
+                    " pre-parse (means when a row has several messages)\n");
     }
 
 private:
+    static void print_counts(const sample &s)
+    {
+        double a = 0;
+        double c = 0;
+        double l = 0;
+        double p = 0;
+        for (const message &m : s.msgs) {
+            a += m.decode_seq.allocs();
+            c += m.decode_seq.copies();
+            l += m.decode_seq.list_calls();
+            p += m.preparse_allocs;
+        }
+        const double n = double(s.msgs.size());
+        if (s.msgs.size() == 1) {
+            std::printf("  %.0f/%.0f/%.0f/%.0f", a, c, l, p);
+        } else {
+            std::printf("  %.1f/%.1f/%.1f/%.0f", a / n, c / n, l / n, p / n);
+        }
+    }
+
     void print_pair(const std::string &what, const std::string &floor, const std::string &name) const
     {
         const auto a = ns_.find(what + name);
@@ -412,12 +489,15 @@ int main(int argc, char **argv)
 {
     benchmark::Initialize(&argc, argv);
     std::string samples = LDP_BENCH_SAMPLES;
+    bool by_type = false;
     for (int i = 1; i < argc; ++i) {
         if (std::strncmp(argv[i], "--samples=", 10) == 0) {
             samples = argv[i] + 10;
+        } else if (std::strcmp(argv[i], "--by-type") == 0) {
+            by_type = true;
         }
     }
-    load_samples(samples);
+    load_samples(samples, by_type);
     if (g_samples.empty()) {
         std::fprintf(stderr, "no decodable message in %s\n", samples.c_str());
         return 1;

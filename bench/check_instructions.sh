@@ -1,8 +1,10 @@
 #!/usr/bin/env bash
-# Instructions per LDP_Decode + LDP_FreeMessage of each sample message, counted
-# by callgrind and compared with bench/instructions.txt: fails when any
-# message costs more than 10% above its recorded count. Deterministic for a
-# given binary and sample file, so no timing noise enters.
+# Instructions per LDP_Decode + LDP_FreeMessage of each sample message of
+# samples/messages.hex, and per message of each type of bench/frr-messages.hex
+# (rows "frr.<type>/<count>"), counted by callgrind and compared with
+# bench/instructions.txt: fails when any row costs more than 10% above its
+# recorded count. Deterministic for a given binary and sample files, so no
+# timing noise enters.
 #   bench/check_instructions.sh BUILD/bench/ldp_icount           check
 #   bench/check_instructions.sh BUILD/bench/ldp_icount --update  record anew
 set -euo pipefail
@@ -10,35 +12,47 @@ here=$(cd "$(dirname "$0")" && pwd)
 driver=$1
 mode=${2:-check}
 table=$here/instructions.txt
-samples=$here/../samples/messages.hex
-n1=10
-n2=110
 limit=10 # percent
 
 tmp=$(mktemp -d)
 trap 'rm -rf "$tmp"' EXIT
-if ! valgrind --tool=callgrind --callgrind-out-file="$tmp/cg" "$driver" "$samples" "$n1" "$n2" \
-    >"$tmp/log" 2>&1; then
-    cat "$tmp/log"
-    exit 1
-fi
-# Each dump is named "<message> n1" or "<message> n2" by the driver.
-for f in "$tmp"/cg.*; do
-    awk '/^desc: Trigger: Client Request: /{name=$5; n=$6} /^summary:/{print name, n, $2}' "$f"
-done >"$tmp/dumps"
-awk -v n1="$n1" -v n2="$n2" '
-    { c[$1, $2] = $3; names[$1] = 1 }
-    END {
-        for (k in names)
-            printf "%s %d %d %d\n", k, (c[k, "n2"] - c[k, "n1"]) / (n2 - n1), (c[k, "f2"] - c[k, "f1"]) / (n2 - n1),
-                   (c[k, "b2"] - c[k, "b1"]) / (n2 - n1)
-    }' \
-    "$tmp/dumps" | sort >"$tmp/now"
+
+# measure NAME SAMPLES N1 N2 [--by-type PREFIX]: one callgrind run of the
+# driver, whose dumps are named "<row> n1", "<row> n2" and so on; a row named
+# "<name>/<count>" holds count messages, each decoded once per round.
+measure() {
+    local name=$1 samples=$2 n1=$3 n2=$4
+    shift 4
+    mkdir -p "$tmp/$name"
+    if ! valgrind --tool=callgrind --callgrind-out-file="$tmp/$name/cg" "$driver" "$samples" "$n1" "$n2" "$@" \
+        >"$tmp/$name/log" 2>&1; then
+        cat "$tmp/$name/log"
+        exit 1
+    fi
+    for f in "$tmp/$name"/cg.*; do
+        awk '/^desc: Trigger: Client Request: /{name=$5; n=$6} /^summary:/{print name, n, $2}' "$f"
+    done | awk -v n1="$n1" -v n2="$n2" '
+        { c[$1, $2] = $3; names[$1] = 1 }
+        END {
+            for (k in names) {
+                count = split(k, part, "/") > 1 ? part[2] : 1
+                d = (n2 - n1) * count
+                printf "%s %d %d %d\n", k, (c[k, "n2"] - c[k, "n1"]) / d, (c[k, "f2"] - c[k, "f1"]) / d,
+                       (c[k, "b2"] - c[k, "b1"]) / d
+            }
+        }'
+}
+
+{
+    measure samples "$here/../samples/messages.hex" 10 110
+    measure frr "$here/frr-messages.hex" 1 4 --by-type frr.
+} | sort >"$tmp/now"
 
 if [ "$mode" = --update ]; then
     {
         echo "# Instructions per LDP_Decode + LDP_FreeMessage of each sample of"
-        echo "# samples/messages.hex (callgrind, GCC RelWithDebInfo build, bench platform),"
+        echo "# samples/messages.hex, and per message of each type of bench/frr-messages.hex"
+        echo "# (frr.<type>/<messages>) (callgrind, GCC RelWithDebInfo build, bench platform),"
         echo "# then those of its floor (the same allocations and releases and one copy"
         echo "# of the message) and of the floor with the decode's memcpy_s and list calls added."
         echo "# The check guards the first column only."

@@ -2,10 +2,11 @@
 # Set-up, build and run for ldpcodec on Debian (run as root on a fresh machine).
 #   ./build.sh sample   install what is missing, build, decode samples/ with ldpdump
 #   ./build.sh test     install what is missing, then four builds, warnings as
-#                       errors, each running the whole suite: GCC; Clang with
+#                       errors, each running the whole suite: GCC (and its
+#                       instruction counts under callgrind); Clang with
 #                       ASan+UBSan and a short fuzz run; GCC with ASan+UBSan;
 #                       32-bit ARM cross-built and run under qemu; then the
-#                       Debian packages, checked with lintian and used
+#                       Debian packages, checked with lintian and installed
 # Each step prints one line; the full output of a failing step follows it,
 # and every step's log stays in build/logs/.
 set -euo pipefail
@@ -15,7 +16,7 @@ cd "$(dirname "$0")"
 SAMPLE_PACKAGES=(cmake ninja-build g++)
 TEST_PACKAGES=("${SAMPLE_PACKAGES[@]}" clang binutils libgtest-dev libgmock-dev libbenchmark-dev
                googletest g++-arm-linux-gnueabihf qemu-user tshark make pkgconf file dpkg-dev lintian
-               doxygen)
+               doxygen valgrind)
 LOGS=build/logs
 mkdir -p "$LOGS"
 
@@ -77,6 +78,8 @@ test)
     install_missing "${TEST_PACKAGES[@]}"
     build gcc gcc g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON
     run_tests gcc
+    # Instructions per decode of each sample, against bench/instructions.txt.
+    step "instructions gcc" bench/check_instructions.sh build/gcc/bench/ldp_icount
     # Clang with ASan+UBSan, plus a short libFuzzer run on LDP_Decode/LDP_Encode.
     build clang clang clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON \
         -DLDP_SANITIZE=ON -DLDP_BUILD_FUZZ=ON -DLDP_BUILD_BENCH=OFF

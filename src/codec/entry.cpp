@@ -46,33 +46,7 @@ extern "C" LDP_API uint32_t LDP_Decode(const uint8_t *pucMsg, uint32_t *pulMsgTy
         return (type_word & LDP_MSG_U_BIT) ? LDP_ERR_IGNORE_MSG : LDP_STATUS_UNKNOWN_MSG_TYPE;
     }
     *pulMsgType = ops->type; // reported before validation, even if it fails
-    if (ops->pre_parse == nullptr) {
-        return LDP_ERR_PARAM; // known type, not handled yet
-    }
-
-    const uint32_t checked = ops->pre_parse(pucMsg);
-    if (checked != LDP_OK) {
-        return checked;
-    }
-
-    auto *rec = static_cast<uint8_t *>(mem::alloc_zeroed(ulMemModuleId, ops->record_size, srcfile::dec));
-    if (rec == nullptr) {
-        return LDP_ERR_NO_MEMORY;
-    }
-    for (uint8_t i = 0; i < ops->list_count; ++i) {
-        list::reset_empty(reinterpret_cast<SLL_List *>(rec + ops->list_offsets[i]));
-    }
-
-    const uint32_t rc = ops->decode(pucMsg, rec, ulMemModuleId);
-    *ppMsgRecord = rec;
-    // LDP_STOP_WALK keeps the record: the decoder filled it and stopped at
-    // content the caller takes over.
-    if (rc == LDP_OK || rc == LDP_STOP_WALK) {
-        return rc;
-    }
-    LDP_FreeMessage(rec);
-    *ppMsgRecord = nullptr;
-    return rc;
+    return ops->decode(pucMsg, ppMsgRecord, ulMemModuleId);
 }
 
 extern "C" LDP_API uint32_t LDP_Encode(uint8_t **ppucBuf, uint32_t ulMsgType, void *pMsgRecord,
@@ -108,9 +82,7 @@ extern "C" LDP_API uint32_t LDP_Encode(uint8_t **ppucBuf, uint32_t ulMsgType, vo
         return LDP_ERR_NO_MEMORY;
     }
 
-    const uint32_t rc = ops->encode != nullptr
-                            ? ops->encode(buf, pMsgRecord, ulMemModuleId, uint16_t(size))
-                            : LDP_ERR_PARAM; // known type, not handled yet
+    const uint32_t rc = ops->encode(buf, pMsgRecord, ulMemModuleId, uint16_t(size));
     LDP_FreeMessage(pMsgRecord);
     if (rc != LDP_OK) {
         mem::release(buf, srcfile::enc);

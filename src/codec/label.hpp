@@ -5,6 +5,7 @@
 #include <cstdint>
 
 #include "ldp_codec.h"
+#include "list.hpp"
 
 namespace ldp::label {
 
@@ -17,7 +18,14 @@ uint32_t decode_generic_label(const uint8_t *value, LDP_LabelTlv *lbl);
 // left as the unlinking leaves it.
 void free_unknown_elements(SLL_List *unknown);
 
-// Release every kept unknown TLV and leave the list empty.
-void free_unknown_tlvs(SLL_List *unknown);
+// Release every kept unknown TLV and leave the list empty. Inline: the list
+// is nearly always empty, and then this is a test and four stores.
+inline void free_unknown_tlvs(SLL_List *unknown)
+{
+    if (unknown->ulCount != 0) {
+        free_unknown_elements(unknown);
+    }
+    list::reset_empty(unknown);
+}
 
 } // namespace ldp::label

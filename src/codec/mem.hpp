@@ -3,7 +3,10 @@
 // encoder short of room reports and gives up.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
+#include <cstring>
+#include <utility>
 
 #include "ldp_codec.h"
 
@@ -35,10 +38,33 @@ inline void *alloc_zeroed(uint32_t module, uint32_t size, const char *file,
     return p;
 }
 
+// Zeroes N bytes, N a constant, with one plain store per 8 bytes (the
+// compiler pairs them into wider stores where it can). A constant memset of a
+// record's size tends to become a string instruction with a slow start.
+template <size_t... Word, size_t... Byte>
+inline void zero_fixed(uint8_t *p, std::index_sequence<Word...>, std::index_sequence<Byte...>)
+{
+    constexpr uint64_t zero8 = 0;
+    constexpr uint8_t zero1 = 0;
+    (std::memcpy(p + Word * 8, &zero8, 8), ...);
+    (std::memcpy(p + sizeof...(Word) * 8 + Byte, &zero1, 1), ...);
+}
+
+template <size_t N>
+inline void zero_fixed(void *p)
+{
+    zero_fixed(static_cast<uint8_t *>(p), std::make_index_sequence<N / 8>{}, std::make_index_sequence<N % 8>{});
+}
+
+// A zeroed record of type T, zeroed inline: no rule asks for memset_s here.
 template <class T>
 inline T *alloc_record(uint32_t module, const char *file, const where w = where::current())
 {
-    return static_cast<T *>(alloc_zeroed(module, sizeof(T), file, w));
+    void *p = PLAT_SimpleAlloc_F(module, sizeof(T), file, line_of(w));
+    if (p != nullptr) {
+        zero_fixed<sizeof(T)>(p);
+    }
+    return static_cast<T *>(p);
 }
 
 inline uint32_t release(void *p, const char *file, const where w = where::current())
@@ -51,6 +77,17 @@ inline void report(const char *file, const char *text, const where w = where::cu
     PLAT_Assert(file, line_of(w), text);
 }
 
+// The report of a failed memcpy_s: its code as decimal text. Out of line and
+// marked cold, so the copies themselves stay small.
+[[gnu::cold, gnu::noinline]] inline void report_copy_failure(int rc, const char *file, uint32_t line)
+{
+    // The platform writes into a 5-byte text by convention; the extra room
+    // only guards against a platform that renders a longer number.
+    char text[12] = {};
+    SYS_Int32ToStr(static_cast<int32_t>(rc), text);
+    PLAT_Assert(file, line, text);
+}
+
 // memcpy_s with the house rule: a failure is reported with its code as
 // decimal text and the caller carries on as if the copy had been made.
 inline void copy(void *dst, size_t room, const void *src, size_t count, const char *file,
@@ -58,11 +95,7 @@ inline void copy(void *dst, size_t room, const void *src, size_t count, const ch
 {
     const int rc = memcpy_s(dst, room, src, count);
     if (rc != 0) {
-        // The platform writes into a 5-byte text by convention; the extra room
-        // only guards against a platform that renders a longer number.
-        char text[12] = {};
-        SYS_Int32ToStr(static_cast<int32_t>(rc), text);
-        PLAT_Assert(file, line_of(w), text);
+        report_copy_failure(rc, file, line_of(w));
     }
 }
 

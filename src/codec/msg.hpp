@@ -21,6 +21,15 @@ inline void read_header(const uint8_t *wire_msg, LDP_MsgHeader *hdr, const char 
     hdr->ulMsgId = wire::to_host32(hdr->ulMsgId);
 }
 
+// The 8-byte wire header read straight into hdr in host order, for the
+// decoders that no rule asks to copy it through memcpy_s.
+inline void load_header(const uint8_t *wire_msg, LDP_MsgHeader *hdr)
+{
+    hdr->usMsgType = wire::load16(wire_msg);
+    hdr->usMsgLen = wire::load16(wire_msg + 2);
+    hdr->ulMsgId = wire::load32(wire_msg + 4);
+}
+
 // The encoders' length rule: usMsgLen from 4 to LDP_MAX_MSG_LEN. A length
 // below 4 wraps to a large u16 and fails the same test.
 inline bool encodable_len(const LDP_MsgHeader &hdr)

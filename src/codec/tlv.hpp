@@ -40,6 +40,13 @@ public:
         return tlv;
     }
 
+    // The header at the position read straight off the wire, for the walks
+    // whose TLV headers no rule asks to copy through memcpy_s.
+    LDP_TlvHeader load_header() const
+    {
+        return LDP_TlvHeader{wire::load16(at()), wire::load16(at() + 2)};
+    }
+
     // Masked type of the TLV at the position, read without a copy.
     uint16_t peek_type() const { return wire::load16(at()) & LDP_TLV_TYPE_MASK; }
 
@@ -62,17 +69,22 @@ private:
     uint16_t pos_;
 };
 
+// How a walk reads each TLV header: copied through memcpy_s, as the reference
+// walk of LDP does (a failed copy is reported and leaves a zeroed header), or
+// loaded straight off the wire where no rule asks for the copy.
+enum class tlv_read { copy, load };
+
 // The part every message walk shares once its own opening checks are done
 // and a TLV header is known to fit at the cursor: each TLV's value must end
 // inside the message (7) before fn(header) sees it; a nonzero code from fn
 // ends the walk; after each TLV the walk ends when the message is used up
 // (0 exactly at the end, 5 past it) and otherwise needs room for another
 // header (7). The message's own rules live in fn.
-template <class Fn>
+template <tlv_read Read = tlv_read::copy, class Fn>
 uint32_t walk_rest(tlv_cursor &cur, const char *file, Fn fn)
 {
     for (;;) {
-        const LDP_TlvHeader tlv = cur.header(file);
+        const LDP_TlvHeader tlv = Read == tlv_read::copy ? cur.header(file) : cur.load_header();
         if (!cur.value_fits(tlv.usTlvLen)) {
             return LDP_STATUS_BAD_TLV_LEN;
         }

@@ -100,8 +100,10 @@ uint32_t walk_init(const uint8_t *msg, uint16_t msg_len, LDP_InitMsg *rec, uint3
     if (msg_len < kInitMinLen) {
         return LDP_STATUS_MISSING_MSG_PARAMS;
     }
+    // The Initialization walks read their TLV headers off the wire; only the
+    // message header and the values are copied through memcpy_s.
     tlv_cursor cur(msg, msg_len);
-    const LDP_TlvHeader first = cur.header(srcfile::dec);
+    const LDP_TlvHeader first = cur.load_header();
     if (!cur.value_fits(first.usTlvLen)) {
         return LDP_STATUS_BAD_TLV_LEN;
     }
@@ -125,7 +127,7 @@ uint32_t walk_init(const uint8_t *msg, uint16_t msg_len, LDP_InitMsg *rec, uint3
         return LDP_STATUS_BAD_TLV_LEN;
     }
     // The F bit plays no part in any of these checks.
-    return walk_rest(cur, srcfile::dec, [&](const LDP_TlvHeader &tlv) {
+    return walk_rest<tlv_read::load>(cur, srcfile::dec, [&](const LDP_TlvHeader &tlv) {
         return rec != nullptr ? decode_init_tlv(cur, tlv, rec, module) : check_init_tlv(tlv);
     });
 }
@@ -152,13 +154,13 @@ uint32_t ldp::caps::decode_into(const uint8_t *value, const LDP_TlvHeader &tlv, 
 
 extern "C" LDP_API uint32_t LDP_PreParseInitMsg(const uint8_t *pucMsg)
 {
-    return dec::pre_parse<LDP_InitMsg>(pucMsg, walk_init);
+    return dec::pre_parse<LDP_InitMsg, dec::header_read::load>(pucMsg, walk_init);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeInitMsg(const uint8_t *pucMsg, LDP_InitMsg *pMsgRecord,
                                               uint32_t ulMemModuleId)
 {
-    return dec::decode(pucMsg, pMsgRecord, ulMemModuleId, walk_init);
+    return dec::decode<LDP_InitMsg, dec::header_read::load>(pucMsg, pMsgRecord, ulMemModuleId, walk_init);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeCommSessParamTlv(const uint8_t *pucValue,

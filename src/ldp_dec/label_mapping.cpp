@@ -1,15 +1,19 @@
 // Pre-parse and decode of the Label Mapping message (RFC 5036 section 3.5.7).
 // TLVs may come in any order; most optional ones count only on their first
 // occurrence, later copies are stepped over unchecked.
+#include <cstddef>
 #include <cstdint>
 
+#include "../codec/dispatch.hpp"
 #include "../codec/label.hpp"
+#include "../codec/list.hpp"
 #include "../codec/mem.hpp"
 #include "../codec/msg.hpp"
 #include "../codec/srcfile.hpp"
 #include "../codec/tlv.hpp"
 #include "../codec/wire.hpp"
 #include "ldp_codec.h"
+#include "fec_elem.hpp"
 #include "record_walk.hpp"
 
 using namespace ldp;
@@ -167,6 +171,37 @@ uint32_t decode_tlv(const tlv_cursor &cur, const LDP_TlvHeader &tlv, LDP_Mapping
     }
 }
 
+// The decoder's walk once the message header is in the record.
+uint32_t decode_walk(const uint8_t *msg, LDP_MappingMsg *rec, uint32_t module)
+{
+    const uint16_t msg_len = rec->stMsgHeader.usMsgLen;
+    if (msg_len < kMinMappingLen) {
+        return LDP_STATUS_MISSING_MSG_PARAMS;
+    }
+    bool fec_seen = false;
+    bool label_seen = false;
+    tlv_cursor cur(msg, msg_len);
+    do {
+        if (!cur.has_header()) {
+            return LDP_STATUS_BAD_TLV_LEN;
+        }
+        const LDP_TlvHeader tlv = cur.load_header();
+        if (!cur.value_fits(tlv.usTlvLen)) {
+            return LDP_STATUS_BAD_TLV_LEN;
+        }
+        fec_seen = fec_seen || (tlv.usTlvType & LDP_TLV_TYPE_MASK) == LDP_TLV_FEC;
+        const uint32_t rc = decode_tlv(cur, tlv, rec, label_seen, module);
+        if (rc != LDP_OK) {
+            return rc;
+        }
+        cur.advance(tlv.usTlvLen);
+    } while (!cur.at_or_past_end());
+    if (!fec_seen || !label_seen || rec->stFecTlv.stFecList.ulCount == 0) {
+        return LDP_STATUS_MISSING_MSG_PARAMS;
+    }
+    return cur.at_end() ? LDP_OK : LDP_STATUS_BAD_MSG_LEN;
+}
+
 } // namespace
 
 extern "C" LDP_API uint32_t LDP_PreParseMappingMsg(const uint8_t *pucMsg)
@@ -174,18 +209,18 @@ extern "C" LDP_API uint32_t LDP_PreParseMappingMsg(const uint8_t *pucMsg)
     if (pucMsg == nullptr) {
         return LDP_ERR_PARAM;
     }
-    LDP_MsgHeader hdr = {};
-    msg::read_header(pucMsg, &hdr, srcfile::dec);
-    if (hdr.usMsgLen < kMinMappingLen) {
+    // The walk needs only the length: no copy of the header is made here.
+    const uint16_t msg_len = wire::load16(pucMsg + 2);
+    if (msg_len < kMinMappingLen) {
         return LDP_STATUS_MISSING_MSG_PARAMS;
     }
     seen_tlvs seen;
-    tlv_cursor cur(pucMsg, hdr.usMsgLen);
+    tlv_cursor cur(pucMsg, msg_len);
     do {
         if (!cur.has_header()) {
             return LDP_STATUS_BAD_TLV_LEN;
         }
-        const LDP_TlvHeader tlv = cur.header(srcfile::dec);
+        const LDP_TlvHeader tlv = cur.load_header();
         if (!cur.value_fits(tlv.usTlvLen)) {
             return LDP_STATUS_BAD_TLV_LEN;
         }
@@ -208,31 +243,178 @@ extern "C" LDP_API uint32_t LDP_DecodeMappingMsg(const uint8_t *pucMsg, LDP_Mapp
     if (pucMsg == nullptr || pMsgRecord == nullptr) {
         return LDP_ERR_PARAM;
     }
-    msg::read_header(pucMsg, &pMsgRecord->stMsgHeader, srcfile::dec);
-    const uint16_t msg_len = pMsgRecord->stMsgHeader.usMsgLen;
-    if (msg_len < kMinMappingLen) {
-        return LDP_STATUS_MISSING_MSG_PARAMS;
+    // Read, not copied through memcpy_s: no rule asks for the copy here, and
+    // the quick path of LDP_Decode reads it the same way.
+    msg::load_header(pucMsg, &pMsgRecord->stMsgHeader);
+    return decode_walk(pucMsg, pMsgRecord, ulMemModuleId);
+}
+
+// --- the quick path of LDP_Decode ---------------------------------------------
+//
+// Nearly every Label Mapping an engine receives has one FEC TLV of Prefix and
+// Host Address elements, one Generic Label and perhaps a Label Request Message
+// ID and a Hop Count. A message of that shape, well formed, passes the
+// pre-parse and has nothing the decoder can refuse, so LDP_Decode checks the
+// shape in one read-only pass and then fills the record without checking
+// again. Anything else (another TLV, a repeat, a U bit that matters, any
+// length or value the pre-parse would refuse) takes the usual road, decided
+// before anything is allocated. Both roads make the same platform calls in the
+// same order: the record, then per FEC element its allocation, its address
+// copy and its listing.
+
+namespace {
+
+// Every element a Prefix or Host Address one that passes its checks, and the
+// elements end exactly at the end of the value.
+bool quick_fec(const uint8_t *value, uint16_t len)
+{
+    if (len == 0) {
+        return false;
     }
-    bool fec_seen = false;
-    bool label_seen = false;
-    tlv_cursor cur(pucMsg, msg_len);
+    uint16_t used = 0;
+    do {
+        const uint8_t *elem = value + used;
+        const uint16_t left = uint16_t(len - used);
+        uint16_t size = 0;
+        uint32_t rc = LDP_OK;
+        switch (elem[0]) {
+        case LDP_FEC_PREFIX:
+            rc = fec::check_prefix(elem, left, &size);
+            break;
+        case LDP_FEC_HOST_ADDR:
+            rc = fec::check_host(elem, left, &size);
+            break;
+        default:
+            return false;
+        }
+        if (rc != LDP_OK) {
+            return false;
+        }
+        used = uint16_t(used + size);
+    } while (used < len);
+    return used == len;
+}
+
+bool quick_shape(const uint8_t *msg)
+{
+    const uint16_t msg_len = wire::load16(msg + 2);
+    if (msg_len < kMinMappingLen) {
+        return false;
+    }
+    enum : unsigned { fec = 1, label = 2, req_id = 4, hop_count = 8 };
+    unsigned seen = 0;
+    tlv_cursor cur(msg, msg_len);
     do {
         if (!cur.has_header()) {
-            return LDP_STATUS_BAD_TLV_LEN;
+            return false;
         }
-        const LDP_TlvHeader tlv = cur.header(srcfile::dec);
-        if (!cur.value_fits(tlv.usTlvLen)) {
-            return LDP_STATUS_BAD_TLV_LEN;
+        const LDP_TlvHeader tlv = cur.load_header();
+        const uint16_t len = tlv.usTlvLen;
+        if (!cur.value_fits(len)) {
+            return false;
         }
-        fec_seen = fec_seen || (tlv.usTlvType & LDP_TLV_TYPE_MASK) == LDP_TLV_FEC;
-        const uint32_t rc = decode_tlv(cur, tlv, pMsgRecord, label_seen, ulMemModuleId);
-        if (rc != LDP_OK) {
-            return rc;
+        unsigned kind = 0;
+        bool ok = false;
+        switch (tlv.usTlvType & LDP_TLV_TYPE_MASK) {
+        case LDP_TLV_FEC:
+            kind = fec;
+            ok = quick_fec(cur.value(), len);
+            break;
+        case LDP_TLV_GENERIC_LABEL:
+            kind = label;
+            ok = len == 4;
+            break;
+        case LDP_TLV_LABEL_REQ_MSG_ID:
+            kind = req_id;
+            ok = len == 4;
+            break;
+        case LDP_TLV_HOP_COUNT:
+            kind = hop_count;
+            ok = len == 1;
+            break;
+        default:
+            return false;
+        }
+        if (!ok || (seen & kind) != 0) {
+            return false;
+        }
+        seen |= kind;
+        cur.advance(len);
+    } while (!cur.at_or_past_end());
+    return cur.at_end() && (seen & (fec | label)) == (fec | label);
+}
+
+// The elements of a FEC TLV that quick_fec accepted, appended in wire order
+// as LDP_DecodeFECTlv appends them.
+uint32_t quick_fec_elements(const uint8_t *value, uint16_t len, SLL_List *fec_list, uint32_t module)
+{
+    uint16_t used = 0;
+    do {
+        const uint8_t *elem = value + used;
+        auto *e = mem::alloc_record<LDP_FecElement>(module, srcfile::dec);
+        if (e == nullptr) {
+            return LDP_ERR_NO_MEMORY; // what is listed already stays for the caller
+        }
+        e->ucFecKind = elem[0];
+        const uint16_t addr_len = elem[0] == LDP_FEC_PREFIX ? fec::prefix_bytes(elem[3]) : elem[3];
+        fec::store_addr_elem(elem, &e->stBody, addr_len);
+        list::append(fec_list, &e->stNode);
+        used = uint16_t(used + fec::kElemHeader + addr_len);
+    } while (used < len);
+    return LDP_OK;
+}
+
+// The decoder for a message quick_shape accepted.
+uint32_t quick_decode(const uint8_t *msg, LDP_MappingMsg *rec, uint32_t module)
+{
+    msg::load_header(msg, &rec->stMsgHeader);
+    tlv_cursor cur(msg, rec->stMsgHeader.usMsgLen);
+    do {
+        const LDP_TlvHeader tlv = cur.load_header();
+        const uint8_t *value = cur.value();
+        switch (tlv.usTlvType & LDP_TLV_TYPE_MASK) {
+        case LDP_TLV_FEC: {
+            rec->stFecTlv.stTlvHeader = tlv;
+            const uint32_t rc = quick_fec_elements(value, tlv.usTlvLen, &rec->stFecTlv.stFecList, module);
+            if (rc != LDP_OK) {
+                return rc;
+            }
+            break;
+        }
+        case LDP_TLV_GENERIC_LABEL:
+            rec->stLabelTlv.stTlvHeader = tlv;
+            (void)label::decode_generic_label(value, &rec->stLabelTlv);
+            break;
+        case LDP_TLV_LABEL_REQ_MSG_ID:
+            rec->stLabelReqIdTlv.stTlvHeader = tlv;
+            rec->stLabelReqIdTlv.ulReqMsgId = wire::load32(value);
+            rec->ucOptFlags1 |= LDP_MAP_OPT_LABEL_REQ_ID;
+            break;
+        default: // Hop Count, the only other type the shape lets through
+            rec->stHopCountTlv.stTlvHeader = tlv;
+            rec->stHopCountTlv.ucHopCount = value[0];
+            rec->ucOptFlags1 |= LDP_MAP_OPT_HOP_COUNT;
+            break;
         }
         cur.advance(tlv.usTlvLen);
     } while (!cur.at_or_past_end());
-    if (!fec_seen || !label_seen || pMsgRecord->stFecTlv.stFecList.ulCount == 0) {
-        return LDP_STATUS_MISSING_MSG_PARAMS;
+    return LDP_OK;
+}
+
+// The shape was checked: the pre-parse would have said LDP_OK.
+uint32_t shape_checked(const uint8_t *) { return LDP_OK; }
+
+constexpr size_t kFecListOffset = offsetof(LDP_MappingMsg, stFecTlv) + offsetof(LDP_FecTlv, stFecList);
+constexpr size_t kUnknownListOffset = offsetof(LDP_MappingMsg, stUnknTlvList);
+
+} // namespace
+
+uint32_t ldp::decode_mapping_road(const uint8_t *msg, void **out, uint32_t module)
+{
+    if (quick_shape(msg)) {
+        return decode_road<LDP_MappingMsg, shape_checked, quick_decode, kFecListOffset, kUnknownListOffset>(
+            msg, out, module);
     }
-    return cur.at_end() ? LDP_OK : LDP_STATUS_BAD_MSG_LEN;
+    return decode_road<LDP_MappingMsg, LDP_PreParseMappingMsg, LDP_DecodeMappingMsg, kFecListOffset,
+                       kUnknownListOffset>(msg, out, module);
 }

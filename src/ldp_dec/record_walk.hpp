@@ -16,25 +16,39 @@ namespace ldp::dec {
 template <class Rec>
 using walk_fn = uint32_t (*)(const uint8_t *msg, uint16_t msg_len, Rec *rec, uint32_t module);
 
-template <class Rec>
+// How the message header reaches the local or the record: copied through
+// memcpy_s, or read straight off the wire where no rule asks for the copy.
+enum class header_read { copy, load };
+
+template <header_read Read>
+inline void take_header(const uint8_t *msg, LDP_MsgHeader *hdr)
+{
+    if constexpr (Read == header_read::copy) {
+        msg::read_header(msg, hdr, srcfile::dec);
+    } else {
+        msg::load_header(msg, hdr);
+    }
+}
+
+template <class Rec, header_read Read = header_read::copy>
 uint32_t pre_parse(const uint8_t *msg, walk_fn<Rec> walk)
 {
     if (msg == nullptr) {
         return LDP_ERR_PARAM;
     }
     LDP_MsgHeader hdr = {};
-    msg::read_header(msg, &hdr, srcfile::dec);
+    take_header<Read>(msg, &hdr);
     return walk(msg, hdr.usMsgLen, nullptr, 0);
 }
 
 // On failure the record keeps what was filled so far; LDP_Decode releases it.
-template <class Rec>
+template <class Rec, header_read Read = header_read::copy>
 uint32_t decode(const uint8_t *msg, Rec *rec, uint32_t module, walk_fn<Rec> walk)
 {
     if (msg == nullptr || rec == nullptr) {
         return LDP_ERR_PARAM;
     }
-    msg::read_header(msg, &rec->stMsgHeader, srcfile::dec);
+    take_header<Read>(msg, &rec->stMsgHeader);
     return walk(msg, rec->stMsgHeader.usMsgLen, rec, module);
 }
 

@@ -9,7 +9,6 @@
 #include "../codec/tlv.hpp"
 #include "capability.hpp"
 #include "record_walk.hpp"
-#include "record_walk.hpp"
 #include "ldp_codec.h"
 
 using namespace ldp;
@@ -18,14 +17,10 @@ namespace {
 
 // The reference TLV walk: a KeepAlive knows no TLV type, so every TLV must
 // carry the U bit and is skipped. The length test comes before the type test.
-uint32_t walk_keepalive_tlvs(const uint8_t *msg, uint16_t msg_len)
+// Kept out of line so that the usual KeepAlive, which has no TLV, does not
+// pay for the loop's set-up.
+[[gnu::noinline]] uint32_t walk_keepalive_loop(const uint8_t *msg, uint16_t msg_len)
 {
-    if (msg_len < 4) {
-        return LDP_STATUS_BAD_MSG_LEN;
-    }
-    if (msg_len == 4) {
-        return LDP_OK;
-    }
     tlv_cursor cur(msg, msg_len);
     do {
         if (!cur.has_header()) {
@@ -43,6 +38,17 @@ uint32_t walk_keepalive_tlvs(const uint8_t *msg, uint16_t msg_len)
     // The length test above keeps every TLV inside the message, so this only
     // states the end condition.
     return cur.at_end() ? LDP_OK : LDP_STATUS_BAD_MSG_LEN;
+}
+
+inline uint32_t walk_keepalive_tlvs(const uint8_t *msg, uint16_t msg_len)
+{
+    if (msg_len < 4) {
+        return LDP_STATUS_BAD_MSG_LEN;
+    }
+    if (msg_len == 4) {
+        return LDP_OK;
+    }
+    return walk_keepalive_loop(msg, msg_len);
 }
 
 } // namespace
@@ -159,8 +165,10 @@ uint32_t walk_hello(const uint8_t *msg, uint16_t msg_len, LDP_HelloMsg *rec, uin
     if (msg_len < kHelloMinLen) {
         return LDP_STATUS_MISSING_MSG_PARAMS;
     }
+    // The Common Hello Parameters header is read off the wire; the optional
+    // TLVs after it are walked as the reference walk does, copying each header.
     tlv_cursor cur(msg, msg_len);
-    const LDP_TlvHeader first = cur.header(srcfile::dec);
+    const LDP_TlvHeader first = cur.load_header();
     if (!cur.value_fits(first.usTlvLen)) {
         return LDP_STATUS_BAD_TLV_LEN;
     }
@@ -194,13 +202,13 @@ uint32_t walk_hello(const uint8_t *msg, uint16_t msg_len, LDP_HelloMsg *rec, uin
 
 extern "C" LDP_API uint32_t LDP_PreParseHelloMsg(const uint8_t *pucMsg)
 {
-    return dec::pre_parse<LDP_HelloMsg>(pucMsg, walk_hello);
+    return dec::pre_parse<LDP_HelloMsg, dec::header_read::load>(pucMsg, walk_hello);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeHelloMsg(const uint8_t *pucMsg, LDP_HelloMsg *pMsgRecord,
                                                uint32_t ulMemModuleId)
 {
-    return dec::decode(pucMsg, pMsgRecord, ulMemModuleId, walk_hello);
+    return dec::decode<LDP_HelloMsg, dec::header_read::load>(pucMsg, pMsgRecord, ulMemModuleId, walk_hello);
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeCommHelloParamTlv(const uint8_t *pucValue,

@@ -249,12 +249,4 @@ void free_unknown_elements(SLL_List *unknown)
     });
 }
 
-void free_unknown_tlvs(SLL_List *unknown)
-{
-    if (unknown->ulCount != 0) {
-        free_unknown_elements(unknown);
-    }
-    list::reset_empty(unknown);
-}
-
 } // namespace ldp::label

@@ -64,38 +64,38 @@ if [ ${#need[@]} -gt 0 ]; then
 fi
 
 # --- teardown -------------------------------------------------------------------
-# Stop a process we started (by its pid) and wait for it, at most 5 s, then
-# force it.
-stop_pid() {
-    local pid=$1 sig=${2:-TERM} i
-    kill -0 "$pid" 2>/dev/null || return 0
-    kill -"$sig" "$pid" 2>/dev/null || true
+# Stop processes we started (by their pids): TERM to all, then wait for
+# them at most 5 s, then force the rest.
+stop_pids() {
+    local pid i left
+    [ $# -gt 0 ] || return 0
+    kill -TERM "$@" 2>/dev/null || true
     for i in $(seq 50); do
-        kill -0 "$pid" 2>/dev/null || return 0
+        left=0
+        for pid in "$@"; do kill -0 "$pid" 2>/dev/null && left=1; done
+        [ $left = 0 ] && return 0
         sleep 0.1
     done
-    kill -KILL "$pid" 2>/dev/null || true
+    kill -KILL "$@" 2>/dev/null || true
 }
+# the pids recorded in the given pid files that exist
+pids_of() { local f; for f in "$@"; do [ -f "$f" ] && cat "$f"; done; return 0; }
 
 cleanup() {
-    local rc=$? r f pid
+    local rc=$? r
     trap - EXIT INT TERM
     set +e
     if [ -n "$WORK" ] && [ -d "$WORK" ]; then
-        # capture first, so it is flushed even when a daemon misbehaves
-        for f in "$WORK"/*/tcpdump.pid; do
-            [ -f "$f" ] && stop_pid "$(cat "$f")"
-        done
-        for r in "${ROUTERS[@]}"; do
-            for f in "$WORK/$r"/ldpd.pid "$WORK/$r"/staticd.pid "$WORK/$r"/zebra.pid; do
-                [ -f "$f" ] && stop_pid "$(cat "$f")"
-            done
-        done
+        # captures first, then the routing daemons (ldpd and staticd
+        # before zebra, which they talk to)
+        stop_pids $(pids_of "$WORK"/*/tcpdump.pid)
+        stop_pids $(pids_of "$WORK"/*/ldpd.pid "$WORK"/*/staticd.pid)
+        stop_pids $(pids_of "$WORK"/*/zebra.pid)
     fi
     for r in "${ROUTERS[@]}"; do
         ip netns list | grep -qw "$TAG-$r" || continue
         # ldpd's helper processes, or anything else left in the namespace
-        for pid in $(ip netns pids "$TAG-$r"); do stop_pid "$pid"; done
+        stop_pids $(ip netns pids "$TAG-$r")
         ip netns del "$TAG-$r"
     done
     [ -n "$WORK" ] && [ $rc -ne 0 ] && [ -d "$WORK" ] && {
@@ -419,7 +419,8 @@ vconf r3 "l2vpn VPLS100 type vpls" "no member pseudowire mpw100"
 sleep 4
 
 # --- result -----------------------------------------------------------------------
-for f in "$WORK"/*/tcpdump.pid; do stop_pid "$(cat "$f")"; rm -f "$f"; done
+stop_pids $(pids_of "$WORK"/*/tcpdump.pid)
+rm -f "$WORK"/*/tcpdump.pid
 mkdir -p "$(dirname "$OUT")"
 mergecap -F pcapng -w "$OUT.tmp" "$WORK"/r1/*.pcap "$WORK"/r3/*.pcap
 mv "$OUT.tmp" "$OUT"

@@ -4,14 +4,15 @@
 #   ./build.sh test     install what is missing, then four builds, warnings as
 #                       errors, each running the whole suite: GCC; Clang with
 #                       ASan+UBSan and a short fuzz run; GCC with ASan+UBSan;
-#                       32-bit ARM cross-built and run under qemu
+#                       32-bit ARM and big-endian s390x, cross-built and run
+#                       under qemu
 # Each step prints one line; the full output of a failing step follows it,
 # and every step's log stays in build/logs/.
 set -euo pipefail
 cd "$(dirname "$0")"
 
 PACKAGES=(cmake ninja-build g++ clang binutils libgtest-dev libgmock-dev libbenchmark-dev
-          googletest g++-arm-linux-gnueabihf qemu-user tshark)
+          googletest g++-arm-linux-gnueabihf qemu-user tshark g++-s390x-linux-gnu)
 LOGS=build/logs
 mkdir -p "$LOGS"
 
@@ -79,6 +80,10 @@ test)
     build arm32 arm-linux-gnueabihf-gcc arm-linux-gnueabihf-g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
         -DLDP_WERROR=ON -DLDP_BUILD_BENCH=OFF -DCMAKE_TOOLCHAIN_FILE=cmake/arm-linux-gnueabihf.cmake
     run_tests arm32
+    # Big-endian: the same suite cross-built for s390x, run under qemu.
+    build s390x s390x-linux-gnu-gcc s390x-linux-gnu-g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DLDP_WERROR=ON -DLDP_BUILD_BENCH=OFF -DCMAKE_TOOLCHAIN_FILE=cmake/s390x-linux-gnu.cmake
+    run_tests s390x
     ;;
 *)
     echo "usage: $0 sample|test" >&2

@@ -1,18 +1,18 @@
 #!/usr/bin/env bash
 # Set-up, build and run for ldpcodec on Debian (run as root on a fresh machine).
 #   ./build.sh sample   install what is missing, build, decode samples/ with ldpdump
-#   ./build.sh test     install what is missing, then four builds, warnings as
-#                       errors, each running the whole suite: GCC; Clang with
-#                       ASan+UBSan and a short fuzz run; GCC with ASan+UBSan;
-#                       32-bit ARM and big-endian s390x, cross-built and run
-#                       under qemu
+#   ./build.sh test     install what is missing, then five builds, warnings as
+#                       errors, each running the whole suite: GCC, also under
+#                       valgrind; Clang with ASan+UBSan and short fuzz runs;
+#                       GCC with ASan+UBSan; 32-bit ARM and big-endian s390x,
+#                       cross-built and run under qemu
 # Each step prints one line; the full output of a failing step follows it,
 # and every step's log stays in build/logs/.
 set -euo pipefail
 cd "$(dirname "$0")"
 
 PACKAGES=(cmake ninja-build g++ clang binutils libgtest-dev libgmock-dev libbenchmark-dev
-          googletest g++-arm-linux-gnueabihf qemu-user tshark g++-s390x-linux-gnu)
+          googletest g++-arm-linux-gnueabihf qemu-user tshark g++-s390x-linux-gnu valgrind)
 LOGS=build/logs
 mkdir -p "$LOGS"
 
@@ -71,6 +71,8 @@ test)
     install_missing
     build gcc gcc g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON
     run_tests gcc
+    # The GCC build's test programs, each once under valgrind memcheck.
+    step "valgrind gcc" tests/valgrind.sh build/gcc
     # Clang with ASan+UBSan, plus a short libFuzzer run on LDP_Decode/LDP_Encode.
     build clang clang clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON \
         -DLDP_SANITIZE=ON -DLDP_BUILD_FUZZ=ON -DLDP_BUILD_BENCH=OFF

@@ -2,8 +2,9 @@
 // 0 session, 1 address, 2 label, 3 notification). A message of the family
 // that LDP_Decode accepts is encoded from its record and decoded again; the
 // two records must agree on every field the library keeps, else the run
-// aborts naming the field. What the library legitimately does not carry
-// across is listed in allowed_asymmetry() and next to the comparisons.
+// aborts naming the field. What the library deliberately does not carry
+// across is handled in restore_dropped(), not_comparable(),
+// allowed_refusal(), allowed_failure() and next to the comparisons.
 #include <cstddef>
 #include <cstdint>
 #include <cstdio>
@@ -97,7 +98,7 @@ struct pair {
 #define SAME(R, f) p.same(#f, offsetof(R, f), sizeof(static_cast<R *>(nullptr)->f))
 #define TLVH(R, f) SAME(R, f.usTlvType), SAME(R, f.usTlvLen)
 
-template <class R, class F>
+template <class F>
 void each(const pair &p, size_t list_off, const char *name, F elem)
 {
     const auto *la = reinterpret_cast<const SLL_List *>(p.a + list_off);
@@ -120,7 +121,7 @@ void each(const pair &p, size_t list_off, const char *name, F elem)
 
 void fec_list(const pair &p, size_t off)
 {
-    each<LDP_FecElement>(p, off, "stFecList", [](const pair &p) {
+    each(p, off, "stFecList", [](const pair &p) {
         g_record = "LDP_FecElement.";
         SAME(LDP_FecElement, ucFecKind);
         const uint8_t kind = p.a[offsetof(LDP_FecElement, ucFecKind)];
@@ -150,7 +151,7 @@ void fec_tlv(const pair &rec, size_t off)
 
 void unknown_list(const pair &p, size_t off)
 {
-    each<LDP_UnknownTlv>(p, off, "stUnknTlvList", [](const pair &p) {
+    each(p, off, "stUnknTlvList", [](const pair &p) {
         g_record = "LDP_UnknownTlv.";
         SAME(LDP_UnknownTlv, ulTlvLen);
         p.buffer("pucTlv", offsetof(LDP_UnknownTlv, pucTlv),
@@ -160,7 +161,7 @@ void unknown_list(const pair &p, size_t off)
 
 void cap_list(const pair &p, size_t off)
 {
-    each<LDP_CapabilityParam>(p, off, "stCapList", [](const pair &p) {
+    each(p, off, "stCapList", [](const pair &p) {
         g_record = "LDP_CapabilityParam.";
         TLVH(LDP_CapabilityParam, stTlvHeader);
         SAME(LDP_CapabilityParam, ucSByte);
@@ -171,7 +172,7 @@ void cap_list(const pair &p, size_t off)
 
 void range_list(const pair &p, size_t off)
 {
-    each<LDP_LabelRangeComponent>(p, off, "stRangeList", [](const pair &p) {
+    each(p, off, "stRangeList", [](const pair &p) {
         g_record = "LDP_LabelRangeComponent.";
         SAME(LDP_LabelRangeComponent, ulRangeMin);
         SAME(LDP_LabelRangeComponent, ulRangeMax);
@@ -184,7 +185,7 @@ void path_vector(const pair &rec, size_t off)
     g_record = "stPathVectorTlv.";
     TLVH(LDP_PathVectorTlv, stTlvHeader);
     SAME(LDP_PathVectorTlv, usLsrIdCount);
-    p.buffer("LDP_PathVectorTlv.pulLsrId", offsetof(LDP_PathVectorTlv, pulLsrId),
+    p.buffer("pulLsrId", offsetof(LDP_PathVectorTlv, pulLsrId),
              4u * p.get<uint16_t>(p.a, offsetof(LDP_PathVectorTlv, usLsrIdCount)));
 }
 

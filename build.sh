@@ -73,7 +73,8 @@ test)
     run_tests gcc
     # The GCC build's test programs, each once under valgrind memcheck.
     step "valgrind gcc" tests/valgrind.sh build/gcc
-    # Clang with ASan+UBSan, plus a short libFuzzer run on LDP_Decode/LDP_Encode.
+    # Clang with ASan+UBSan, plus short libFuzzer runs: LDP_Decode/LDP_Encode, and
+    # the round trip of each message family (40 s each).
     build clang clang clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON \
         -DLDP_SANITIZE=ON -DLDP_BUILD_FUZZ=ON -DLDP_BUILD_BENCH=OFF
     run_tests clang

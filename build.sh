@@ -1,12 +1,13 @@
 #!/usr/bin/env bash
 # Set-up, build and run for ldpcodec on Debian (run as root on a fresh machine).
 #   ./build.sh sample   install what is missing, build, decode samples/ with ldpdump
-#   ./build.sh test     install what is missing, then four builds, warnings as
-#                       errors, each running the whole suite: GCC (and its
-#                       instruction counts under callgrind); Clang with
-#                       ASan+UBSan and a short fuzz run; GCC with ASan+UBSan;
-#                       32-bit ARM cross-built and run under qemu; then the
-#                       Debian packages, checked with lintian and installed
+#   ./build.sh test     install what is missing, then five builds, warnings as
+#                       errors, each running the whole suite: GCC (then its
+#                       instruction counts under callgrind, and valgrind);
+#                       Clang with ASan+UBSan and short fuzz runs; GCC with
+#                       ASan+UBSan; 32-bit ARM and big-endian s390x, cross-built
+#                       and run under qemu; then the Debian packages, checked
+#                       with lintian and installed
 # Each step prints one line; the full output of a failing step follows it,
 # and every step's log stays in build/logs/.
 set -euo pipefail
@@ -16,7 +17,7 @@ cd "$(dirname "$0")"
 SAMPLE_PACKAGES=(cmake ninja-build g++)
 TEST_PACKAGES=("${SAMPLE_PACKAGES[@]}" clang binutils libgtest-dev libgmock-dev libbenchmark-dev
                googletest g++-arm-linux-gnueabihf qemu-user tshark make pkgconf file dpkg-dev lintian
-               doxygen valgrind)
+               doxygen valgrind g++-s390x-linux-gnu)
 LOGS=build/logs
 mkdir -p "$LOGS"
 
@@ -80,7 +81,10 @@ test)
     run_tests gcc
     # Instructions per decode of each sample, against bench/instructions.txt.
     step "instructions gcc" bench/check_instructions.sh build/gcc/bench/ldp_icount
-    # Clang with ASan+UBSan, plus a short libFuzzer run on LDP_Decode/LDP_Encode.
+    # The GCC build's test programs, each once under valgrind memcheck.
+    step "valgrind gcc" tests/valgrind.sh build/gcc
+    # Clang with ASan+UBSan, plus short libFuzzer runs: LDP_Decode/LDP_Encode, and
+    # the round trip of each message family (40 s each).
     build clang clang clang++ -DCMAKE_BUILD_TYPE=RelWithDebInfo -DLDP_WERROR=ON \
         -DLDP_SANITIZE=ON -DLDP_BUILD_FUZZ=ON -DLDP_BUILD_BENCH=OFF
     run_tests clang
@@ -89,6 +93,10 @@ test)
     build arm32 arm-linux-gnueabihf-gcc arm-linux-gnueabihf-g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
         -DLDP_WERROR=ON -DLDP_BUILD_BENCH=OFF -DCMAKE_TOOLCHAIN_FILE=cmake/arm-linux-gnueabihf.cmake
     run_tests arm32
+    # Big-endian: the same suite cross-built for s390x, run under qemu.
+    build s390x s390x-linux-gnu-gcc s390x-linux-gnu-g++ -DCMAKE_BUILD_TYPE=RelWithDebInfo \
+        -DLDP_WERROR=ON -DLDP_BUILD_BENCH=OFF -DCMAKE_TOOLCHAIN_FILE=cmake/s390x-linux-gnu.cmake
+    run_tests s390x
     # Debian packages from a release build with static libraries, then lintian
     # and the packages' contents used from an unpacked root, then (as root) a
     # real dpkg -i that is purged again.

@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <bit>
 #include <cstdint>
 #include <cstring>
 #include <memory>
@@ -26,6 +27,10 @@ inline std::string to_hex(const bytes &b) { return to_hex(b.data(), b.size()); }
 
 inline constexpr uint32_t kModule = 0x4C44500Bu;
 inline constexpr uint32_t kUntouched = 0xDEADBEEFu;
+
+// A field the library leaves "in network order" reads swapped on a
+// little-endian host and unchanged on a big-endian one (s390x build).
+inline constexpr bool kBigEndian = std::endian::native == std::endian::big;
 
 // All result codes the library may return.
 bool is_documented_code(uint32_t rc);

@@ -112,9 +112,9 @@ TEST_F(EntryTest, EncodeMsgHeader)
     std::memset(out, 0, sizeof out);
     EXPECT_EQ(LDP_EncodeMsgHeader(out, &hdr, 0, 7), LDP_ERR_PARAM);
     expect_one_assertion("ldp_enc");
-    EXPECT_EQ(hdr.usMsgType, 0x0102);
-    EXPECT_EQ(hdr.usMsgLen, 0x0400);
-    EXPECT_EQ(hdr.ulMsgId, 0x04030201u);
+    EXPECT_EQ(hdr.usMsgType, kBigEndian ? 0x0201 : 0x0102);
+    EXPECT_EQ(hdr.usMsgLen, kBigEndian ? 0x0004 : 0x0400);
+    EXPECT_EQ(hdr.ulMsgId, kBigEndian ? 0x01020304u : 0x04030201u);
     EXPECT_EQ(to_hex(out, 8), "00 00 00 00 00 00 00 00");
 
     // A failed copy is reported, and the header is still restored.

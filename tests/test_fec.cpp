@@ -138,11 +138,11 @@ TEST_F(CodecTest, FecEncoders)
             }
         }, size, r.rc, r.out);
     }
-    fec_tlv t; // encoded twice, a record gives its type word and family swapped
+    fec_tlv t; // encoded twice, a record gives its type word and family swapped (little-endian)
     ASSERT_EQ(t.decode(fec_value(vector_msg("fec", "host-ipv4"))), LDP_OK);
     uint32_t rc = 0;
     t.encode(12, rc);
-    EXPECT_EQ(t.encode(12, rc), "00 01 00 08 03 01 00 04 0a 00 00 01");
+    EXPECT_EQ(t.encode(12, rc), kBigEndian ? "01 00 00 08 03 00 01 04 0a 00 00 01" : "00 01 00 08 03 01 00 04 0a 00 00 01");
 }
 
 // Release: what elements own goes with them, the list is left an empty head.

@@ -36,7 +36,8 @@ TEST_F(CodecTest, LabelLspIdAndPathVectorEncoders)
         LDP_LabelTlv rec = r.rec;
         EXPECT_EQ(enc(LDP_EncodeLabelTlv, &rec, r.room, r.rc, r.asserts), r.wire);
         const uint16_t type = r.rec.stTlvHeader.usTlvType;
-        EXPECT_EQ(rec.stTlvHeader.usTlvType, *r.wire == '\0' ? type : uint16_t(type << 8 | type >> 8)) << r.wire;
+        const uint16_t net = kBigEndian ? type : uint16_t(type << 8 | type >> 8);
+        EXPECT_EQ(rec.stTlvHeader.usTlvType, *r.wire == '\0' ? type : net) << r.wire;
     }
     for (auto fn : {LDP_EncodeLSPIdTlv, LDP_EncodeLSPIdERHopTlv}) {
         LDP_LspIdTlv rec = {{LDP_TLV_LSPID, 8}, 1, 5, 0x0A000001};

@@ -279,8 +279,8 @@ TEST_F(MsgTest, AbortEncoderLeavesTheIdInNetworkOrder)
     EXPECT_EQ(LDP_EncodeAbortReqMsg(out.data(), a, kModule, uint16_t(out.size())), LDP_OK);
     EXPECT_EQ(to_hex(out), to_hex(hex("04 04 00 23 00 00 00 60  01 00 00 07 02 00 01 18 c0 a8 14"
                                       "  06 00 00 04 00 00 03 00  08 21 00 08 00 00 00 07 c0 00 02 01")));
-    EXPECT_EQ(a->ulLabelReqMsgId, 0x00030000u);
-    EXPECT_EQ(a->stLabelReqIdTlv.usTlvType, 0x0006);
+    EXPECT_EQ(a->ulLabelReqMsgId, kBigEndian ? 0x00000300u : 0x00030000u);
+    EXPECT_EQ(a->stLabelReqIdTlv.usTlvType, kBigEndian ? 0x0600 : 0x0006);
     EXPECT_EQ(a->stLabelReqIdTlv.usTlvLen, 4) << "the length is given back";
     LDP_FreeMessage(a);
 }

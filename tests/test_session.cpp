@@ -124,15 +124,15 @@ TEST_F(SessionTest, LabelRangeDecoder)
 TEST_F(SessionTest, EncodingLeavesTheRecordInWireOrder)
 {
     const struct { const char *vec, *field, *want; uint16_t msg_len; uint32_t rc; } rows[] = {
-        {"hello-every-optional-tlv", "usHelloFlags", "0xff7f", 4, LDP_OK},
-        {"hello-every-optional-tlv", "stCommHelloTlv.usTlvType", "0x00c4", 4086, LDP_OK},
+        {"hello-every-optional-tlv", "usHelloFlags", kBigEndian ? "0x7fff" : "0xff7f", 4, LDP_OK},
+        {"hello-every-optional-tlv", "stCommHelloTlv.usTlvType", kBigEndian ? "0xc400" : "0x00c4", 4086, LDP_OK},
         {"hello-every-optional-tlv", "stIpv4TransTlv.usTlvLen", "4", 54, LDP_OK},
-        {"hello-every-optional-tlv", "ulIpv4TransAddr", "0x0100000a", 54, LDP_OK},
+        {"hello-every-optional-tlv", "ulIpv4TransAddr", kBigEndian ? "0x0a000001" : "0x0100000a", 54, LDP_OK},
         {"hello-every-optional-tlv", "ulConfSeqNum", "7", 3, LDP_ERR_PARAM},
         {"init-ft-session-twice", "usFtReserved", "0", 54, LDP_OK},
-        {"init-ft-session-twice", "stFtSess.stTlvHeader.usTlvType", "0x0385", 54, LDP_OK},
+        {"init-ft-session-twice", "stFtSess.stTlvHeader.usTlvType", kBigEndian ? "0x8503" : "0x0385", 54, LDP_OK},
         {"init-ft-session-twice", "usKeepAliveTime", "180", 4087, LDP_ERR_PARAM},
-        {"init-every-capability", "stCapList[3].usTlvType", "0x0a85", 54, LDP_OK},
+        {"init-every-capability", "stCapList[3].usTlvType", kBigEndian ? "0x850a" : "0x0a85", 54, LDP_OK},
         {"init-every-capability", "stCapList[3].usTlvType", "0x850a", 0, LDP_ERR_PARAM},
         {"cap-mbb-announced", "stCapList[0].usTlvType", "0xc50a", 0xffff, LDP_ERR_PARAM},
         {"ka-plain", "ulMsgId", "1", 3, LDP_ERR_PARAM},

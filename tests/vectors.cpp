@@ -114,7 +114,7 @@ const std::vector<field> &fields()
         INIT(stFtSess.stTlvHeader.usTlvType), INIT(stFtSess.stTlvHeader.usTlvLen), INIT(stFtSess.usFtFlags),
         INIT(stFtSess.usFtReserved), INIT(stFtSess.ulFtReconnectTimeout), INIT(stFtSess.ulFtRecoveryTime),
         INIT(stCapList.ulCount), INIT(ucOptFlags), INIT(ucOptFlags2),
-        INIT_CAP(stTlvHeader.usTlvType), INIT_CAP(stTlvHeader.usTlvLen), INIT_CAP(ucSByte),
+        INIT_CAP(stTlvHeader.usTlvType), INIT_CAP(stTlvHeader.usTlvLen), INIT_CAP(ucSByte), INIT_CAP(pucCapData),
         CAP(stCapList.ulCount), CAP(ulCapFlags),
         CAP_CAP(stTlvHeader.usTlvType), CAP_CAP(stTlvHeader.usTlvLen), CAP_CAP(ucSByte), CAP_CAP(pucCapData),
         NOTIF(stStatusTlv.ulStatusCode), NOTIF(stStatusTlv.ulStatusMsgId), NOTIF(stStatusTlv.usStatusMsgType),

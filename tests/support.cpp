@@ -65,6 +65,7 @@ encoded encode(uint32_t type, void *rec)
 void CodecTest::SetUp()
 {
     testplat::reset();
+    (void)testplat::take_overruns();
     ASSERT_EQ(testplat::live_blocks(), 0u) << "an earlier test leaked";
 }
 
@@ -72,6 +73,7 @@ void CodecTest::TearDown()
 {
     EXPECT_EQ(testplat::live_blocks(), 0u) << "blocks left allocated";
     EXPECT_EQ(testplat::bad_frees(), 0u) << "frees of unknown pointers";
+    EXPECT_EQ(testplat::take_overruns(), 0u) << "bytes written past the end of a block";
     for (const auto &b : testplat::live_block_list()) {
         ADD_FAILURE() << "leaked " << b.size << " bytes from " << b.file;
     }

@@ -5,6 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
+#include <utility>
 
 #include "ldp_platform.h"
 
@@ -16,8 +17,14 @@ struct live {
     block info;
 };
 
+// Bytes after every block that the library must never write: a write past
+// the end shows up at the free even in builds without a sanitizer.
+constexpr size_t kGuard = 8;
+constexpr uint8_t kGuardByte = 0x5A;
+
 struct state {
     std::map<void *, live> blocks;
+    size_t overruns = 0;
     size_t alloc_calls = 0;
     size_t fail_alloc = 0;      // 0: none
     size_t bad_frees = 0;
@@ -46,12 +53,13 @@ void *take(uint32_t module, uint32_t size, const char *file)
         return nullptr;
     }
     const size_t extra = s.odd ? 1 : 0;
-    auto *base = static_cast<uint8_t *>(std::malloc(size_t(size) + extra + 1));
+    auto *base = static_cast<uint8_t *>(std::malloc(size_t(size) + extra + kGuard));
     if (base == nullptr) {
         return nullptr;
     }
     uint8_t *p = base + extra;
     std::memset(p, 0xA5, size); // uninitialised memory is never zero here
+    std::memset(p + size, kGuardByte, kGuard);
     s.blocks[p] = live{base, block{file ? file : "", module, size}};
     s.modules.push_back(module);
     s.files.emplace_back(file ? file : "");
@@ -89,6 +97,7 @@ std::vector<block> live_block_list()
 
 size_t alloc_calls() { return st().alloc_calls; }
 size_t bad_frees() { return st().bad_frees; }
+size_t take_overruns() { return std::exchange(st().overruns, 0); }
 std::vector<uint32_t> modules_seen() { return st().modules; }
 std::vector<std::string> alloc_files() { return st().files; }
 void fail_alloc_at(size_t n) { st().fail_alloc = st().alloc_calls + n; }
@@ -138,6 +147,10 @@ uint32_t PLAT_Free_F(void *p, const char *pcFile, uint32_t ulLine)
     if (it == st().blocks.end()) {
         ++st().bad_frees;
         return 1;
+    }
+    const auto *guard = static_cast<const uint8_t *>(p) + it->second.info.size;
+    for (size_t i = 0; i < testplat::kGuard; ++i) {
+        st().overruns += guard[i] != testplat::kGuardByte;
     }
     std::free(it->second.base);
     st().blocks.erase(it);

@@ -30,6 +30,7 @@ size_t live_blocks();
 std::vector<block> live_block_list();
 size_t alloc_calls();      // allocation attempts since reset(), failed ones included
 size_t bad_frees();        // frees of pointers the platform never handed out
+size_t take_overruns();    // guard bytes past a block's end found changed at a free (reset() keeps them)
 std::vector<uint32_t> modules_seen();
 std::vector<std::string> alloc_files(); // file text of every successful allocation
 

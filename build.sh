@@ -11,7 +11,7 @@ set -euo pipefail
 cd "$(dirname "$0")"
 
 PACKAGES=(cmake ninja-build g++ clang binutils libgtest-dev libgmock-dev libbenchmark-dev
-          googletest g++-arm-linux-gnueabihf qemu-user tshark)
+          googletest g++-arm-linux-gnueabihf qemu-user tshark libpcap-dev)
 LOGS=build/logs
 mkdir -p "$LOGS"
 

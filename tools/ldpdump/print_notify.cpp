@@ -5,7 +5,6 @@
 #include "print.hpp"
 
 namespace ldpdump {
-namespace {
 
 // Status data names of RFC 5036 section 3.9, and the PW status of RFC 4447.
 const char *status_name(uint32_t data)
@@ -43,6 +42,8 @@ const char *status_name(uint32_t data)
     }
     return data == LDP_STATUS_DATA_PW_STATUS ? "PW Status" : "unknown status";
 }
+
+namespace {
 
 void print_tlv(std::FILE *out, const char *name, const LDP_TlvHeader &t)
 {

@@ -21,6 +21,20 @@ pdu_header read_header(const uint8_t *p)
 // Version 1, and a length that covers at least the LDP identifier.
 bool plausible(const pdu_header &h) { return h.version == 1 && h.length >= 6; }
 
+// A message header of a known LDP type (or a vendor or experimental one)
+// with a length that counts its message ID and fits in `room`.
+bool likely_message(const uint8_t *m, size_t room)
+{
+    if (room < 8) {
+        return false;
+    }
+    const unsigned type = be16(m) & 0x7FFFu;
+    const unsigned len = be16(m + 2);
+    const bool known = type == 0x0001 || (type >= 0x0100 && type <= 0x0101) || (type >= 0x0200 && type <= 0x0202) ||
+                       (type >= 0x0300 && type <= 0x0301) || (type >= 0x0400 && type <= 0x0404) || type >= 0x3E00;
+    return known && len >= 4 && len + 4u <= room;
+}
+
 std::string describe(const pdu_header &h)
 {
     return "bad PDU header (version " + std::to_string(h.version) + ", length " + std::to_string(h.length) + ")";
@@ -104,11 +118,11 @@ void pdu_splitter::parse(pdu_sink &sink)
         const size_t total = size_t(h.length) + 4u;
         if (searching_) {
             // A chance 00 01 in the data is not taken for a header unless its
-            // first message also fits in the PDU.
+            // first message looks like one and fits in the PDU.
             if (buf_.size() - pos < pdu_header_len + 4) {
                 break;
             }
-            if (h.length < 10 || be16(buf_.data() + pos + pdu_header_len + 2) + 4u > h.length - 6u) {
+            if (!likely_message(buf_.data() + pos + pdu_header_len, h.length - 6u)) {
                 ++pos;
                 ++skipped_;
                 continue;

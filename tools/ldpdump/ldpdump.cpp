@@ -257,10 +257,12 @@ int main(int argc, char **argv)
         }
     }
     std::vector<std::string> rest(argv + optind, argv + argc);
-    // A lone argument naming a file is a capture; otherwise arguments are hex.
+    // A lone argument naming a file, or that is not hex, is a capture;
+    // otherwise arguments are hex messages.
     struct stat st;
+    std::vector<uint8_t> probe;
     if (read_path.empty() && iface.empty() && hex_path.empty() && rest.size() == 1 &&
-        stat(rest[0].c_str(), &st) == 0) {
+        (stat(rest[0].c_str(), &st) == 0 || !ldphex::parse(rest[0], probe))) {
         read_path = rest[0];
         rest.clear();
     }

@@ -65,7 +65,7 @@ void write_json(std::FILE *out, const message_report &m, bool show_roundtrip)
         const roundtrip_result &r = *m.round;
         s += ",\"roundtrip\":{\"result\":" + json_string(LDP_GetResultName(r.rc)) +
              ",\"same\":" + (r.same ? "true" : "false") + ",\"not_kept\":" + tlv_types(r.not_kept) +
-             ",\"changed\":" + tlv_types(r.changed) + ",\"header_changed\":" + (r.header_changed ? "true" : "false") +
+             ",\"partly_kept\":" + tlv_types(r.partly) + ",\"added\":" + tlv_types(r.added) + ",\"header_changed\":" + (r.header_changed ? "true" : "false") +
              ",\"reordered\":" + (r.reordered ? "true" : "false") + ",\"failed\":" + (r.failed() ? "true" : "false") +
              "}";
     }

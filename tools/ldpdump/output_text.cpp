@@ -102,12 +102,15 @@ void write_text(std::FILE *out, const message_report &m, bool verbose, bool show
             return;
         }
         std::fprintf(out, "    roundtrip: the re-encoded message differs%s\n",
-                     r.failed() ? " (not explained by dropped TLVs)" : "");
+                     r.failed() ? " (not explained by TLVs the record does not keep)" : "");
         if (!r.not_kept.empty()) {
             std::fprintf(out, "      not kept by the record: %s\n", tlv_list(r.not_kept).c_str());
         }
-        if (!r.changed.empty()) {
-            std::fprintf(out, "      written back differently: %s\n", tlv_list(r.changed).c_str());
+        if (!r.partly.empty()) {
+            std::fprintf(out, "      of those, kept only in part: %s\n", tlv_list(r.partly).c_str());
+        }
+        if (!r.added.empty()) {
+            std::fprintf(out, "      written but not in the message: %s\n", tlv_list(r.added).c_str());
         }
         if (r.header_changed) {
             std::fputs("      message header written back differently\n", out);

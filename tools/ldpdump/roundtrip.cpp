@@ -65,7 +65,10 @@ roundtrip_result roundtrip(uint32_t type, void *rec, const uint8_t *msg, size_t 
                         used[i] = true;
                     }
                 }
-                (kept ? r.changed : r.not_kept).push_back(t);
+                r.not_kept.push_back(t);
+                if (kept) {
+                    r.partly.push_back(t);
+                }
                 continue;
             }
             used[match] = true;
@@ -76,7 +79,7 @@ roundtrip_result roundtrip(uint32_t type, void *rec, const uint8_t *msg, size_t 
         }
         for (size_t i = 0; i < back.size(); ++i) {
             if (!used[i]) {
-                r.changed.push_back(back[i]); // written, but not in the message
+                r.added.push_back(back[i]);
             }
         }
     }

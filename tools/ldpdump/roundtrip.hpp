@@ -11,14 +11,19 @@
 namespace ldpdump {
 
 struct roundtrip_result {
-    uint32_t rc = 0;                // LDP_Encode's code
-    bool same = false;              // byte for byte
-    std::vector<tlv_info> not_kept; // TLVs of the message the record does not keep
-    std::vector<tlv_info> changed;  // kept, but written back with other bytes
-    bool header_changed = false;    // the message header came back different
-    bool reordered = false;         // the same TLVs in another order
-    // A difference that dropped TLVs or reordering do not explain.
-    bool failed() const { return rc != 0 || (!same && (header_changed || !changed.empty() || (not_kept.empty() && !reordered))); }
+    uint32_t rc = 0;                  // LDP_Encode's code
+    bool same = false;                // byte for byte
+    std::vector<tlv_info> not_kept;   // TLVs of the message that do not come back as received
+    std::vector<tlv_info> partly;     // of those, the ones written back with other bytes
+    std::vector<tlv_info> added;      // written, but in no form in the message
+    bool header_changed = false;      // the message header came back different
+    bool reordered = false;           // TLVs that came back, in another order
+    // A difference that neither TLVs the record does not keep nor its own
+    // TLV order explains.
+    bool failed() const
+    {
+        return rc != 0 || (!same && (header_changed || !added.empty() || (not_kept.empty() && !reordered)));
+    }
 };
 
 // Encodes `rec` (which LDP_Encode releases) and compares with msg[0..len).

@@ -12,6 +12,7 @@ namespace ldpdump {
 namespace {
 
 std::atomic<bool> g_stop{false};
+pcap_t *g_live = nullptr; // for stop(): pcap_breakloop also wakes a blocked read
 
 } // namespace
 
@@ -61,11 +62,15 @@ std::unique_ptr<capture> capture::open_live(const std::string &iface, std::strin
     auto *i = new impl;
     i->pcap = p;
     i->live = true;
+    g_live = p;
     return std::unique_ptr<capture>(new capture(i));
 }
 
 capture::~capture()
 {
+    if (g_live == p_->pcap) {
+        g_live = nullptr;
+    }
     pcap_close(p_->pcap);
     delete p_;
 }
@@ -128,6 +133,9 @@ double capture::progress() const
 void capture::stop()
 {
     g_stop = true;
+    if (g_live != nullptr) {
+        pcap_breakloop(g_live);
+    }
 }
 
 } // namespace ldpdump

@@ -293,6 +293,9 @@ int main(int argc, char **argv)
         }
     } else {
         std::string err;
+        if (!iface.empty()) {
+            std::setvbuf(stdout, nullptr, _IOLBF, 0); // a live capture shows each message as it comes
+        }
         std::unique_ptr<capture> cap =
             iface.empty() ? capture::open_file(read_path, err) : capture::open_live(iface, err);
         if (!cap) {

@@ -79,7 +79,8 @@ void write_text(std::FILE *out, const message_report &m, bool verbose, bool show
     std::fputc('\n', out);
     if (verbose) {
         if (m.failure) {
-            std::fprintf(out, "    decode failed %s\n", m.failure->text.c_str());
+            std::fprintf(out, "    decode %s %s\n", m.rc == LDP_STOP_WALK ? "stopped" : "failed",
+                         m.failure->text.c_str());
         }
         std::fputs(m.record_text.c_str(), out);
         for (const tlv_info &t : m.tlvs) {

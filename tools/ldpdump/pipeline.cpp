@@ -139,7 +139,7 @@ void pipeline::handle(const pdu_header *pdu, const uint8_t *msg, size_t len)
             LDP_FreeMessage(rec);
         }
     }
-    if (m.rc != LDP_OK && m.rc != LDP_STOP_WALK) {
+    if (m.rc != LDP_OK) {
         m.failure = locate_failure(msg, len, m.rc);
     }
     if (opt_.json) {

@@ -52,7 +52,7 @@ std::string tlv_label(const tlv_info &t)
 failure_place locate_failure(const uint8_t *msg, size_t len, uint32_t rc)
 {
     failure_place f;
-    if (rc == LDP_OK || rc == LDP_STOP_WALK) {
+    if (rc == LDP_OK) {
         return f;
     }
     if (len < 8 || rc == LDP_STATUS_BAD_MSG_LEN || 4u + be16(msg + 2) > len) {

@@ -26,7 +26,8 @@ std::vector<tlv_info> walk_tlvs(const uint8_t *msg, size_t len);
 // "TLV 0x0400 Common Hello Parameters"
 std::string tlv_label(const tlv_info &t);
 
-// Where a message that the codec refused with `rc` fails, as far as can be
+// Where a message that the codec refused with `rc` (or stopped at, for
+// LDP_STOP_WALK) fails, as far as can be
 // told: the message is cut after each TLV in turn and decoded again, and the
 // first TLV whose inclusion brings up `rc` is named. Message-wide codes (bad
 // length, unknown type, a missing mandatory TLV) name no TLV.

@@ -162,6 +162,13 @@ def bad_inputs(work):
     write_pcap(work / "gap.pcap", 1, eth(session(gap=True)))
     write_pcap(work / "junk.pcap", 1, eth(session(junk=True)))
     write_pcap(work / "cut.pcap", 1, eth(session(cut_pdu=True)))
+    # More than the 1 MiB held per direction arrives after a lost segment:
+    # the gap is given up at once, not at the end of the capture.
+    stream = pdu(INIT) + pdu(KEEPALIVE) * 60000
+    segs = [(6, 40000, 646, tcp(40000, 646, ISN_A, SYN))]
+    segs += [(6, 40000, 646, tcp(40000, 646, ISN_A + 1 + i, 0, stream[i:i + 1400]))
+             for i in range(7, len(stream), 1400)]
+    write_pcap(work / "overflow.pcap", 1, eth(segs))
     long_pdu = (17, 646, 646, udp(646, 646, pdu(KEEPALIVE, length=40)))
     not_ldp = (17, 5353, 646, udp(5353, 646, b"\x12\x34\x01\x00\x00\x01" + bytes(20)))
     refused = (17, 646, 646, udp(646, 646, pdu(BAD_TLV)))
@@ -176,6 +183,8 @@ def bad_inputs(work):
                             r"(.|\n)*PDU cut by a gap(.|\n)*resynchronised on a PDU header after 16 bytes"),
         (["junk.pcap"], 0, 8, r"bad PDU header \(version 17664, length 4660\) at stream offset 36"
                              r"(.|\n)*resynchronised on a PDU header after 6 bytes"),
+        (["overflow.pcap"], 0, 60000, r"^ldpdump: frame 750 \(tcp [^)]*\): TCP gap: 7 bytes never captured, skipped\n"
+                                      r".*resynchronised on a PDU header after 29 bytes\n$"),
         (["cut.pcap"], 0, 8, r"PDU length 14 runs past the end of the stream \(12 bytes left\)"),
         (["udp.pcap"], 0, 2, r"frame 1 \(udp 10\.0\.0\.2:646 > 10\.0\.0\.1:646\): PDU length 40 runs past the end"
                             r"(.|\n)*frame 2 .*: not an LDP PDU: bad PDU header \(version 4660"),

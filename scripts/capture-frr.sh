@@ -1,0 +1,394 @@
+#!/usr/bin/env bash
+# Record a real LDP exchange between three FRRouting routers and save it as
+# pcapng (default samples/frr-ldp.pcapng, or the path given as argument).
+#
+#   r1 ---- r2 ---- r3        each router: its own network namespace, zebra,
+#                              staticd and ldpd from Debian's frr package
+#
+# Addresses (documentation ranges only, all set inside the namespaces):
+#   loopbacks   192.0.2.N/32 and 2001:db8::N/128 (N = router number)
+#   r1-r2 link  198.51.100.0/30, 2001:db8:12::/64
+#   r2-r3 link  198.51.100.4/30, 2001:db8:23::/64
+#   extras      203.0.113.0/24 and 2001:db8:99::/64 come and go during the run
+#
+# What the run provokes, in order: link sessions over IPv6 transport
+# (dual-stack Hellos on both families), a targeted session r1<->r3 that also
+# carries a VPLS pseudowire, Address/Address Withdraw (an address added and
+# removed on r3), Label Mapping/Withdraw/Release (a static route added and
+# removed on r1), pseudowire status changes (the attachment circuit on r3
+# goes down and up), typed-wildcard Label Requests (r2's label-acceptance
+# filter changes), a wildcard Label Withdraw (r2's advertisement filter
+# changes) and a session reset with a Shutdown Notification.
+#
+# Run as root.  Nothing outside the namespaces is changed; everything is torn
+# down on exit, also on error or interrupt.  Takes about two minutes.
+set -euo pipefail
+
+REPO=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
+OUT=${1:-$REPO/samples/frr-ldp.pcapng}
+case $OUT in /*) ;; *) OUT=$PWD/$OUT ;; esac
+
+FRR=/usr/lib/frr
+TAG=ldpcap$$                 # prefix of the namespaces, unique per run
+WORK=""                      # temporary directory, set below
+ROUTERS=(r1 r2 r3)
+
+say() { printf '%s  %s\n' "$(date -u +%H:%M:%S)" "$*" >&2; }
+die() {
+    say "error: $*"
+    # LDPCAP_DEBUG=SECONDS keeps the routers up that long for a look
+    [ -n "${LDPCAP_DEBUG:-}" ] && { say "namespaces $TAG-r1..r3, files in $WORK"; sleep "$LDPCAP_DEBUG"; }
+    exit 1
+}
+
+[ "$(id -u)" = 0 ] || die "run as root"
+
+# --- tools --------------------------------------------------------------------
+need=()
+[ -x $FRR/ldpd ] && [ -x $FRR/zebra ] && [ -x $FRR/staticd ] || need+=(frr)
+command -v tcpdump >/dev/null || need+=(tcpdump)
+command -v ip >/dev/null || need+=(iproute2)
+command -v mergecap >/dev/null || need+=(wireshark-common)
+if [ ${#need[@]} -gt 0 ]; then
+    say "installing ${need[*]}"
+    export DEBIAN_FRONTEND=noninteractive
+    apt-get -o DPkg::Lock::Timeout=300 update -qq
+    apt-get -o DPkg::Lock::Timeout=300 install -y -qq "${need[@]}" >/dev/null
+fi
+
+# --- teardown -------------------------------------------------------------------
+# Stop a process we started (by its pid) and wait for it, at most 5 s, then
+# force it.
+stop_pid() {
+    local pid=$1 sig=${2:-TERM} i
+    kill -0 "$pid" 2>/dev/null || return 0
+    kill -"$sig" "$pid" 2>/dev/null || true
+    for i in $(seq 50); do
+        kill -0 "$pid" 2>/dev/null || return 0
+        sleep 0.1
+    done
+    kill -KILL "$pid" 2>/dev/null || true
+}
+
+cleanup() {
+    local rc=$? r f pid
+    trap - EXIT INT TERM
+    set +e
+    if [ -n "$WORK" ] && [ -d "$WORK" ]; then
+        # capture first, so it is flushed even when a daemon misbehaves
+        for f in "$WORK"/*/tcpdump.pid; do
+            [ -f "$f" ] && stop_pid "$(cat "$f")"
+        done
+        for r in "${ROUTERS[@]}"; do
+            for f in "$WORK/$r"/ldpd.pid "$WORK/$r"/staticd.pid "$WORK/$r"/zebra.pid; do
+                [ -f "$f" ] && stop_pid "$(cat "$f")"
+            done
+        done
+    fi
+    for r in "${ROUTERS[@]}"; do
+        ip netns list | grep -qw "$TAG-$r" || continue
+        # ldpd's helper processes, or anything else left in the namespace
+        for pid in $(ip netns pids "$TAG-$r"); do stop_pid "$pid"; done
+        ip netns del "$TAG-$r"
+    done
+    [ -n "$WORK" ] && [ $rc -ne 0 ] && [ -d "$WORK" ] && {
+        say "logs of the failed run:"
+        tail -n 20 "$WORK"/*/*.log >&2
+    }
+    [ -n "$WORK" ] && rm -rf "$WORK"
+    exit $rc
+}
+trap cleanup EXIT
+trap 'exit 130' INT TERM
+
+# --- helpers ------------------------------------------------------------------
+nsx() { local r=$1; shift; ip netns exec "$TAG-$r" "$@"; }
+vty() { local r=$1; shift; nsx "$r" vtysh --vty_socket "$WORK/$r" "$@"; }
+vconf() {            # vconf ROUTER LINE... : lines run in configure mode
+    local r=$1; shift
+    local args=(-c "configure terminal") l
+    for l in "$@"; do args+=(-c "$l"); done
+    local out
+    out=$(vty "$r" "${args[@]}" 2>&1) || die "vtysh on $r refused: $* :: $out"
+}
+
+# wait_for SECONDS DESCRIPTION COMMAND...: poll COMMAND every half second
+wait_for() {
+    local limit=$1 what=$2 i; shift 2
+    for ((i = 0; i < limit * 2; i++)); do
+        "$@" >/dev/null 2>&1 && return 0
+        sleep 0.5
+    done
+    die "timed out after ${limit}s waiting for $what"
+}
+
+# number of operational LDP sessions of a router
+# (optionally only those over one address family)
+sessions() {
+    vty "$1" -c "show mpls ldp neighbor" 2>/dev/null | grep -c "^${2:-}.*OPERATIONAL" || true
+}
+has_sessions() { [ "$(sessions "$1" "${3:-}")" -ge "$2" ]; }
+# ... and sessions that have been up for longer than a Hello hold time (6 s
+# late in the run): nothing is still settling
+settled() {          # ROUTER COUNT AF
+    local n
+    n=$(vty "$1" -c "show mpls ldp neighbor" 2>/dev/null | awk -v af="$3" '
+        $1 == af && $3 == "OPERATIONAL" {
+            split($5, t, ":"); if (t[1] * 3600 + t[2] * 60 + t[3] >= 8) n++
+        } END { print n + 0 }')
+    [ "$n" -ge "$2" ]
+}
+# both ends of the pseudowire have exchanged labels (it stays down for
+# forwarding: there is no MPLS dataplane, which LDP does not mind)
+pw_up() { vty r1 -c "show l2vpn atom binding" 2>/dev/null | grep -q "Remote Label: *[0-9]"; }
+
+# --- namespaces and links -------------------------------------------------------
+WORK=$(mktemp -d /tmp/ldpcap.XXXXXX)
+chmod 755 "$WORK"
+for r in "${ROUTERS[@]}"; do
+    ip netns add "$TAG-$r"
+    mkdir -p "$WORK/$r"
+    nsx "$r" ip link set lo up
+done
+
+# veth pairs created inside r1 / r2 with their peer end moved straight into
+# the neighbour namespace: no interface ever exists in the host namespace
+ip -n "$TAG-r1" link add eth-r2 type veth peer name eth-r1 netns "$TAG-r2"
+ip -n "$TAG-r2" link add eth-r3 type veth peer name eth-r2 netns "$TAG-r3"
+
+addr() { nsx "$1" ip addr add "$2" dev "$3"; }
+addr r1 192.0.2.1/32 lo;  addr r1 2001:db8::1/128 lo
+addr r2 192.0.2.2/32 lo;  addr r2 2001:db8::2/128 lo
+addr r3 192.0.2.3/32 lo;  addr r3 2001:db8::3/128 lo
+addr r1 198.51.100.1/30 eth-r2;  addr r1 2001:db8:12::1/64 eth-r2
+addr r2 198.51.100.2/30 eth-r1;  addr r2 2001:db8:12::2/64 eth-r1
+addr r2 198.51.100.5/30 eth-r3;  addr r2 2001:db8:23::2/64 eth-r3
+addr r3 198.51.100.6/30 eth-r2;  addr r3 2001:db8:23::3/64 eth-r2
+
+# Stand-in interfaces are veth pairs with both ends in the same namespace
+# (this kernel may lack the dummy driver; a veth pair has carrier as soon as
+# both ends are up).
+stub() { nsx "$1" ip link add "$2" type veth peer name "$2-p"; }
+# VPLS pieces on the two PEs: an attachment circuit in a bridge, and the
+# pseudowire interface FRR names in its config (Linux has no pseudowire
+# device; the label exchange does not need one)
+for r in r1 r3; do
+    nsx $r ip link add br100 type bridge
+    stub $r ac100
+    stub $r mpw100
+    nsx $r ip link set ac100 master br100
+done
+# an interface on r3 whose addresses come and go
+stub r3 lan0
+
+for r in "${ROUTERS[@]}"; do
+    for i in $(nsx $r ip -o link show | awk -F': ' '{print $2}' | cut -d@ -f1); do
+        nsx $r ip link set "$i" up
+    done
+    # no duplicate address detection delay for the link addresses
+    nsx $r sysctl -qw net.ipv6.conf.all.accept_dad=0 net.ipv6.conf.default.accept_dad=0
+    nsx $r sysctl -qw net.ipv4.ip_forward=1 net.ipv6.conf.all.forwarding=1
+done
+
+# --- capture ------------------------------------------------------------------
+# one capture per link, each taken at one end.  Targeted traffic r1<->r3
+# crosses both links; it is kept on the first only, so the merged file
+# holds every packet once.
+start_capture() {    # ROUTER IFACE FILTER
+    local r=$1 dev=$2 filter=$3
+    ip netns exec "$TAG-$r" tcpdump -i "$dev" -Z root -U -s 0 -w "$WORK/$r/$dev.pcap" \
+        "$filter" >"$WORK/$r/tcpdump.log" 2>&1 &
+    echo $! >"$WORK/$r/tcpdump.pid"
+    wait_for 10 "tcpdump on $r/$dev" grep -q "listening on" "$WORK/$r/tcpdump.log"
+}
+start_capture r1 eth-r2 "port 646"
+start_capture r3 eth-r2 "port 646 and not (host 192.0.2.1 and host 192.0.2.3) and not (host 2001:db8::1 and host 2001:db8::3)"
+
+# --- FRR configuration ------------------------------------------------------------
+chown -R frr:frr "$WORK"
+
+# the address-family block of ldpd's configuration, one command a line
+af_lines() {         # ipv4|ipv6 ROUTER
+    local af=$1 r=$2 n=${2#r} lo
+    lo=192.0.2.$n
+    [ "$af" = ipv6 ] && lo=2001:db8::$n
+    echo "address-family $af"
+    echo "discovery transport-address $lo"
+    case $r in
+    # a dual-stack session runs over IPv6 unless told otherwise, so the
+    # targeted neighbour gets Hellos in both families
+    r1) if [ "$af" = ipv4 ]; then echo "neighbor 192.0.2.3 targeted"
+        else echo "neighbor 2001:db8::3 targeted"; fi
+        echo "interface eth-r2" ;;
+    r2) echo "interface eth-r1"; echo "interface eth-r3" ;;
+    r3) echo "discovery targeted-hello accept"; echo "interface eth-r2" ;;
+    esac
+    echo "exit-address-family"
+}
+
+write_conf() {       # ROUTER N
+    local r=$1 n=$2 d=$WORK/$1
+    printf 'hostname %s\n' "$r" >"$d/zebra.conf"
+    case $r in
+    r1) cat >"$d/staticd.conf" <<-EOF
+	ip route 192.0.2.2/32 198.51.100.2
+	ip route 192.0.2.3/32 198.51.100.2
+	ip route 198.51.100.4/30 198.51.100.2
+	ipv6 route 2001:db8::2/128 2001:db8:12::2
+	ipv6 route 2001:db8::3/128 2001:db8:12::2
+	ipv6 route 2001:db8:23::/64 2001:db8:12::2
+	EOF
+    ;;
+    r2) cat >"$d/staticd.conf" <<-EOF
+	ip route 192.0.2.1/32 198.51.100.1
+	ip route 192.0.2.3/32 198.51.100.6
+	ipv6 route 2001:db8::1/128 2001:db8:12::1
+	ipv6 route 2001:db8::3/128 2001:db8:23::3
+	EOF
+    ;;
+    r3) cat >"$d/staticd.conf" <<-EOF
+	ip route 192.0.2.1/32 198.51.100.5
+	ip route 192.0.2.2/32 198.51.100.5
+	ip route 198.51.100.0/30 198.51.100.5
+	ipv6 route 2001:db8::1/128 2001:db8:23::2
+	ipv6 route 2001:db8::2/128 2001:db8:23::2
+	ipv6 route 2001:db8:12::/64 2001:db8:23::2
+	EOF
+    ;;
+    esac
+
+    {
+        printf 'hostname %s\n!\nmpls ldp\n router-id 192.0.2.%s\n' "$r" "$n"
+        # one neighbour with a shorter hold time: KeepAlives every 10 s
+        [ $r = r1 ] && printf ' neighbor 192.0.2.2 session holdtime 30\n'
+        # the targeted session crosses r2, one hop more than LDP's TTL
+        # security (on by default for IPv6 transport) allows
+        [ $r = r1 ] && printf ' neighbor 192.0.2.3 ttl-security disable\n'
+        [ $r = r3 ] && printf ' neighbor 192.0.2.1 ttl-security disable\n'
+        af_lines ipv4 "$r" | sed 's/^/ /'
+        af_lines ipv6 "$r" | sed 's/^/ /'
+        printf '!\n'
+        case $r in
+        r1|r3)
+            local peer=192.0.2.3
+            [ $r = r3 ] && peer=192.0.2.1
+            printf 'l2vpn VPLS100 type vpls\n bridge br100\n member interface ac100\n'
+            printf ' member pseudowire mpw100\n  neighbor lsr-id %s\n  pw-id 100\n' "$peer"
+            printf ' exit\n!\n'
+        ;;
+        esac
+    } >"$d/ldpd.conf"
+    chown frr:frr "$d"/*.conf
+}
+
+start_daemon() {     # ROUTER DAEMON EXTRA-ARGS...
+    local r=$1 dm=$2 d=$WORK/$1; shift 2
+    nsx "$r" $FRR/"$dm" -d -f "$d/$dm.conf" -i "$d/$dm.pid" --vty_socket "$d" \
+        -z "$d/zserv.api" -P 0 --log "file:$d/$dm.log" "$@"
+    wait_for 20 "$dm on $r" test -S "$d/$dm.vty"
+}
+
+n=0
+for r in "${ROUTERS[@]}"; do
+    n=$((n + 1))
+    write_conf "$r" $n
+    start_daemon "$r" zebra
+    wait_for 10 "zebra socket on $r" test -S "$WORK/$r/zserv.api"
+    start_daemon "$r" staticd
+    start_daemon "$r" ldpd --ctl_socket "$WORK/$r"
+done
+
+say "waiting for the LDP sessions"
+wait_for 90 "r1's sessions (link to r2, targeted to r3)" has_sessions r1 2
+wait_for 30 "r2's sessions" has_sessions r2 2
+wait_for 30 "r3's sessions" has_sessions r3 2
+wait_for 30 "the pseudowire r1<->r3" pw_up
+sleep 3
+
+# --- scenario --------------------------------------------------------------------
+say "address and prefixes added on r3"
+nsx r3 ip addr add 203.0.113.1/28 dev lan0
+nsx r3 ip addr add 2001:db8:99::3/64 dev lan0
+sleep 4
+
+say "static routes added on r1"
+vconf r1 "ip route 203.0.113.128/25 198.51.100.2" "ipv6 route 2001:db8:98::/64 2001:db8:12::2"
+sleep 4
+say "static routes removed on r1"
+vconf r1 "no ip route 203.0.113.128/25 198.51.100.2" "no ipv6 route 2001:db8:98::/64 2001:db8:12::2"
+sleep 4
+
+say "addresses removed on r3"
+nsx r3 ip addr del 203.0.113.1/28 dev lan0
+nsx r3 ip addr del 2001:db8:99::3/64 dev lan0
+sleep 4
+
+say "pseudowire attachment circuit down and up on r3"
+nsx r3 ip link set ac100 down
+sleep 4
+nsx r3 ip link set ac100 up
+sleep 4
+
+say "label acceptance filter on r2"
+vconf r2 "access-list LDP-ACCEPT seq 5 permit 192.0.2.0/24" \
+    "ipv6 access-list LDP-ACCEPT6 seq 5 permit 2001:db8::/32" \
+    "mpls ldp" "address-family ipv4" "label remote accept for LDP-ACCEPT" "exit-address-family" \
+    "address-family ipv6" "label remote accept for LDP-ACCEPT6"
+sleep 3
+vconf r2 "access-list LDP-ACCEPT seq 10 permit 198.51.100.0/24"
+sleep 3
+
+say "label advertisement filter on r2"
+vconf r2 "access-list LDP-TO seq 5 permit 192.0.2.3/32" \
+    "mpls ldp" "address-family ipv4" "label local advertise to LDP-TO" "exit-address-family"
+sleep 3
+vconf r2 "mpls ldp" "address-family ipv4" "no label local advertise to LDP-TO" "exit-address-family"
+sleep 3
+
+# shorter Hello timers from here on (see the move to IPv4 below); the new
+# hold times reach the peers with the next Hellos
+for r in "${ROUTERS[@]}"; do
+    vconf $r "mpls ldp" "discovery hello holdtime 6" "discovery hello interval 2" \
+        "discovery targeted-hello holdtime 6" "discovery targeted-hello interval 2"
+done
+
+say "session reset from r1"
+vty r1 -c "clear mpls ldp neighbor 192.0.2.2" >/dev/null
+sleep 2
+wait_for 60 "r1's sessions after the reset" has_sessions r1 2
+sleep 3
+
+# A neighbour keeps the transport it was found with while any adjacency of
+# that family is left, and an adjacency outlives its session until its Hello
+# hold time runs out: with short hold times, drop IPv6 discovery, prefer
+# IPv4, and the sessions come back over IPv4.  IPv6 discovery then returns,
+# its Hellos now announcing the IPv4 preference.
+say "sessions moved to IPv4 transport"
+for r in "${ROUTERS[@]}"; do
+    vconf $r "mpls ldp" "dual-stack transport-connection prefer ipv4" "no address-family ipv6"
+done
+sleep 2
+wait_for 60 "r1's sessions over IPv4" has_sessions r1 2 ipv4
+wait_for 30 "r3's sessions over IPv4" has_sessions r3 2 ipv4
+for r in "${ROUTERS[@]}"; do
+    mapfile -t lines < <(af_lines ipv6 $r)
+    vconf $r "mpls ldp" "${lines[@]}"
+done
+# the IPv4 adjacencies now see a dual-stack TLV they were made without:
+# they are dropped and made again, and the sessions with them
+sleep 3
+wait_for 60 "r1's sessions after IPv6 discovery returned" settled r1 2 ipv4
+wait_for 30 "r3's sessions after IPv6 discovery returned" settled r3 2 ipv4
+wait_for 30 "the pseudowire r1<->r3 over IPv4" pw_up
+sleep 3
+
+say "pseudowire removed on r3"
+vconf r3 "l2vpn VPLS100 type vpls" "no member pseudowire mpw100"
+sleep 4
+
+# --- result -----------------------------------------------------------------------
+for f in "$WORK"/*/tcpdump.pid; do stop_pid "$(cat "$f")"; rm -f "$f"; done
+mkdir -p "$(dirname "$OUT")"
+mergecap -F pcapng -w "$OUT.tmp" "$WORK"/r1/*.pcap "$WORK"/r3/*.pcap
+mv "$OUT.tmp" "$OUT"
+say "wrote $OUT ($(stat -c %s "$OUT") bytes)"

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Set-up, build and run for ldpcodec on Debian (run as root on a fresh machine).
-#   ./build.sh sample   install what is missing, build, decode samples/ with ldpdump
+#   ./build.sh sample   install what is missing, build, decode samples/frr-ldp.pcapng with ldpdump
 #   ./build.sh test     install what is missing, then four builds, warnings as
 #                       errors, each running the whole suite: GCC; Clang with
 #                       ASan+UBSan and a short fuzz run; GCC with ASan+UBSan;
@@ -64,7 +64,7 @@ case "${1:-}" in
 sample)
     install_missing
     build release gcc g++ -DCMAKE_BUILD_TYPE=Release -DLDP_BUILD_TESTS=OFF -DLDP_BUILD_BENCH=OFF
-    build/release/tools/ldpdump/ldpdump -f samples/messages.hex
+    build/release/tools/ldpdump/ldpdump samples/frr-ldp.pcapng
     ;;
 test)
     install_missing

@@ -189,6 +189,8 @@ def bad_inputs(work):
         (["udp.pcap"], 0, 2, r"frame 1 \(udp 10\.0\.0\.2:646 > 10\.0\.0\.1:646\): PDU length 40 runs past the end"
                             r"(.|\n)*frame 2 .*: not an LDP PDU: bad PDU header \(version 4660"),
         (["--strict", "udp.pcap"], 1, 2, r"not an LDP PDU"),
+        (["--strict", "--allow", "LDP_STATUS_UNKNOWN_TLV", "udp.pcap"], 0, 2, r"not an LDP PDU"),
+        (["--allow", "LDP_NO_SUCH_CODE", "udp.pcap"], 2, 0, r"not a result code"),
         (["--strict", "-Y", "keepalive", "ethernet.pcap"], 0, 3, None),
         (["-Y", "bogus", "ethernet.pcap"], 2, 0, r"-Y bogus: not a message type"),
         (["--no-such-option", "ethernet.pcap"], 2, 0, r"usage"),

@@ -45,6 +45,7 @@ void usage(std::FILE *out)
                "      --roundtrip     encode every record again and report messages that differ\n"
                "      --stats         counts by type and by result at the end\n"
                "      --strict        exit 1 when a message fails to decode or to round-trip\n"
+               "      --allow CODE    a result code --strict accepts (name or number; repeat)\n"
                "      --filter EXPR   BPF filter (default for -i: \"port 646\")\n"
                "  -f FILE             the same as -x FILE\n"
                "      --hexdump       each message's bytes in hex (text output)\n"
@@ -159,12 +160,13 @@ int read_capture(pipeline &p, capture &cap, const std::string &filter)
 
 int main(int argc, char **argv)
 {
-    enum { opt_json = 256, opt_roundtrip, opt_stats, opt_strict, opt_filter, opt_hexdump, opt_log, opt_blackbox,
-           opt_version };
+    enum { opt_json = 256, opt_roundtrip, opt_stats, opt_strict, opt_allow, opt_filter, opt_hexdump, opt_log,
+           opt_blackbox, opt_version };
     static const option long_opts[] = {
         {"verbose", no_argument, nullptr, 'v'},     {"json", no_argument, nullptr, opt_json},
         {"type", required_argument, nullptr, 'Y'},  {"roundtrip", no_argument, nullptr, opt_roundtrip},
         {"stats", no_argument, nullptr, opt_stats}, {"strict", no_argument, nullptr, opt_strict},
+        {"allow", required_argument, nullptr, opt_allow},
         {"filter", required_argument, nullptr, opt_filter}, {"hex", required_argument, nullptr, 'x'},
         {"hexdump", no_argument, nullptr, opt_hexdump},     {"log", required_argument, nullptr, opt_log},
         {"blackbox", required_argument, nullptr, opt_blackbox}, {"version", no_argument, nullptr, opt_version},
@@ -196,6 +198,15 @@ int main(int argc, char **argv)
         case opt_strict:
             opt.strict = true;
             break;
+        case opt_allow: {
+            uint32_t code = 0;
+            if (!parse_result_code(optarg, code)) {
+                std::fprintf(stderr, "ldpdump: --allow %s: not a result code of the library\n", optarg);
+                return exit_usage;
+            }
+            opt.allowed.push_back(code);
+            break;
+        }
         case opt_hexdump:
             opt.hexdump = true;
             break;

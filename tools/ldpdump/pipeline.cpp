@@ -89,6 +89,23 @@ bool parse_message_type(const std::string &text, uint16_t &type)
     return matches == 1;
 }
 
+bool parse_result_code(const std::string &text, uint32_t &code)
+{
+    static const uint32_t codes[] = {LDP_OK, LDP_ERR_PARAM, LDP_STATUS_UNKNOWN_MSG_TYPE, LDP_STATUS_BAD_MSG_LEN,
+                                     LDP_STATUS_UNKNOWN_TLV, LDP_STATUS_BAD_TLV_LEN, LDP_STATUS_MALFORMED_TLV,
+                                     LDP_STATUS_UNKNOWN_FEC, LDP_STATUS_MISSING_MSG_PARAMS, LDP_STATUS_UNSUPPORTED_AF,
+                                     LDP_STATUS_INTERNAL_ERROR, LDP_ERR_IGNORE_MSG, LDP_ERR_NO_MEMORY};
+    char *end = nullptr;
+    const unsigned long n = std::strtoul(text.c_str(), &end, 0);
+    for (uint32_t c : codes) {
+        if (text == LDP_GetResultName(c) || (!text.empty() && *end == '\0' && n == c)) {
+            code = c;
+            return true;
+        }
+    }
+    return false;
+}
+
 void pipeline::problem(const std::string &text)
 {
     stats_.note_problem();
@@ -158,7 +175,12 @@ void pipeline::handle(const pdu_header *pdu, const uint8_t *msg, size_t len)
         opt_.box->keep(unsigned(current_.number), copy, m.rc);
     }
     stats_.count(m);
-    failed_ = failed_ || m.rc != LDP_OK || (opt_.roundtrip && m.round && m.round->failed());
+    // LDP_STOP_WALK hands content to the engine: not a failure.
+    bool refused = m.rc != LDP_OK && m.rc != LDP_STOP_WALK;
+    for (uint32_t code : opt_.allowed) {
+        refused = refused && m.rc != code;
+    }
+    failed_ = failed_ || refused || (opt_.roundtrip && m.round && m.round->failed());
 }
 
 void pipeline::hex_line(uint64_t line, const std::string &text)

@@ -26,7 +26,8 @@ struct options {
     bool stats = false;
     bool strict = false;
     bool hexdump = false;
-    std::vector<uint16_t> types; // -Y: message types to show; empty for all
+    std::vector<uint16_t> types;   // -Y: message types to show; empty for all
+    std::vector<uint32_t> allowed; // --allow: result codes --strict accepts
     std::unique_ptr<message_log> log;
     std::unique_ptr<failure_box> box;
 };
@@ -34,6 +35,8 @@ struct options {
 // "Label Mapping", "label-mapping", "0x0400" or "1024" to a type code;
 // false when the text names no message type.
 bool parse_message_type(const std::string &text, uint16_t &type);
+// "LDP_STATUS_UNKNOWN_FEC" or "12" to a result code the library names.
+bool parse_result_code(const std::string &text, uint32_t &code);
 
 class pipeline : public pdu_sink {
 public:

@@ -40,6 +40,7 @@ const char *tlv_name(uint32_t type)
     case LDP_TLV_EXT_STATUS: return "Extended Status";
     case LDP_TLV_RETURNED_PDU: return "Returned PDU";
     case LDP_TLV_RETURNED_MSG: return "Returned Message";
+    case 0x0304: return "Returned TLVs";
     case LDP_TLV_COMMON_HELLO: return "Common Hello Parameters";
     case LDP_TLV_IPV4_TRANSPORT: return "IPv4 Transport Address";
     case LDP_TLV_CONF_SEQ_NUM: return "Configuration Sequence Number";

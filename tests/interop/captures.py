@@ -192,7 +192,7 @@ def bad_inputs(work):
         (["--strict", "--allow", "LDP_STATUS_UNKNOWN_TLV", "udp.pcap"], 0, 2, r"not an LDP PDU"),
         (["--allow", "LDP_NO_SUCH_CODE", "udp.pcap"], 2, 0, r"not a result code"),
         (["--strict", "-Y", "keepalive", "ethernet.pcap"], 0, 3, None),
-        (["-Y", "bogus", "ethernet.pcap"], 2, 0, r"-Y bogus: not a message type"),
+        (["-Y", "bogus", "ethernet.pcap"], 2, 0, r"-Y bogus: names no single message type"),
         (["--no-such-option", "ethernet.pcap"], 2, 0, r"usage"),
         (["missing.pcap"], 2, 0, r"cannot read missing\.pcap: .*No such file"),
         ([], 2, 0, r"nothing to read"),

@@ -222,7 +222,7 @@ int main(int argc, char **argv)
                 const std::string one = list.substr(start, comma == std::string::npos ? std::string::npos : comma - start);
                 uint16_t type = 0;
                 if (!parse_message_type(one, type)) {
-                    std::fprintf(stderr, "ldpdump: -Y %s: not a message type\n", one.c_str());
+                    std::fprintf(stderr, "ldpdump: -Y %s: names no single message type\n", one.c_str());
                     return exit_usage;
                 }
                 opt.types.push_back(type);

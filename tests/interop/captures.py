@@ -212,7 +212,7 @@ def main():
     for name, link, frames in LINKS:
         (write_pcapng if name.endswith(".pcapng") else write_pcap)(work / name, link, frames)
         rc, lines, err = run(tool, work, ["--strict", "--roundtrip", name])
-        types = [re.sub(r"^\[\d+\] \S+ \S+ \S+ > \S+ \S+ (.*?) id .*", r"\1", l) for l in lines]
+        types = [re.sub(r"^\[\d+\] \S+ \S+ \S+ > \S+ lsr \S+ (.*?) id .*", r"\1", l) for l in lines]
         want = ["Hello", "Initialization", "Initialization", "KeepAlive", "KeepAlive", "Address", "Label Mapping",
                 "KeepAlive"]
         if rc != 0 or err or sorted(types) != sorted(want) or any(" LDP_OK" not in l for l in lines):

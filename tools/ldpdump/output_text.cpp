@@ -63,7 +63,7 @@ void write_text(std::FILE *out, const message_report &m, bool verbose, bool show
         std::fprintf(out, "%s %s %s > %s ", when(o).c_str(), o.proto, o.src.c_str(), o.dst.c_str());
     }
     if (m.pdu != nullptr) {
-        std::fprintf(out, "%s:%u ", ipv4_text(m.pdu->lsr_id).c_str(), m.pdu->label_space);
+        std::fprintf(out, "lsr %s:%u ", ipv4_text(m.pdu->lsr_id).c_str(), m.pdu->label_space);
     }
     std::fprintf(out, "%s%s", m.len >= 2 ? type_text(m.type_word).c_str() : "(no type)",
                  (m.type_word & LDP_MSG_U_BIT) ? " (U)" : "");

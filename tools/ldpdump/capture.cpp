@@ -1,5 +1,8 @@
-// libpcap behind the capture interface.
+// libpcap behind the capture interface; without libpcap every capture
+// fails to open and ldpdump reads hex only.
 #include "capture.hpp"
+
+#ifdef LDPDUMP_HAVE_PCAP
 
 #include <pcap/pcap.h>
 #include <sys/stat.h>
@@ -139,3 +142,31 @@ void capture::stop()
 }
 
 } // namespace ldpdump
+
+#else // no libpcap
+
+namespace ldpdump {
+
+struct capture::impl {};
+
+std::unique_ptr<capture> capture::open_file(const std::string &, std::string &err)
+{
+    err = "this ldpdump is built without libpcap: it reads hex text only (-x FILE)";
+    return nullptr;
+}
+
+std::unique_ptr<capture> capture::open_live(const std::string &path, std::string &err)
+{
+    return open_file(path, err);
+}
+
+capture::~capture() { delete p_; }
+bool capture::set_filter(const std::string &, std::string &) { return false; }
+int capture::link() const { return -1; }
+int capture::next(frame &, std::string &) { return 0; }
+double capture::progress() const { return -1; }
+void capture::stop() {}
+
+} // namespace ldpdump
+
+#endif

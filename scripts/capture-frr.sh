@@ -11,17 +11,24 @@
 #   r2-r3 link  198.51.100.4/30, 2001:db8:23::/64
 #   extras      203.0.113.0/24 and 2001:db8:99::/64 come and go during the run
 #
-# What the run provokes, in order: link sessions over IPv6 transport
-# (dual-stack Hellos on both families), a targeted session r1<->r3 that also
-# carries a VPLS pseudowire, Address/Address Withdraw (an address added and
-# removed on r3), Label Mapping/Withdraw/Release (a static route added and
-# removed on r1), pseudowire status changes (the attachment circuit on r3
-# goes down and up), typed-wildcard Label Requests (r2's label-acceptance
-# filter changes), a wildcard Label Withdraw (r2's advertisement filter
-# changes) and a session reset with a Shutdown Notification.
+# What the run provokes, in order:
+#   - link Hellos on both families (dual-stack), sessions over IPv6 transport,
+#     a targeted session r1<->r3 that also carries a VPLS pseudowire
+#   - Address, Label Mapping: an address added on r3, static routes on r1
+#   - Label Withdraw, Label Release, Address Withdraw: the same taken away
+#   - pseudowire status Notifications and a MAC flush: r3's attachment
+#     circuit goes down and up
+#   - pseudowire Label Withdraw/Release/Mapping: the pseudowire ID changes
+#   - typed-wildcard Label Requests: r2's label-acceptance filter changes
+#   - wildcard Label Withdraw/Release: r2's advertisement filter denies r1
+#   - Shutdown Notifications: a session reset from r1
+#   - sessions moved to IPv4 transport (more resets, Hold Timer Expired)
+#   - the pseudowire removed on r3, which resets the targeted session
+# KeepAlives flow all along (every 10 s between r1 and r2).
 #
 # Run as root.  Nothing outside the namespaces is changed; everything is torn
-# down on exit, also on error or interrupt.  Takes about two minutes.
+# down on exit, also on error or interrupt.  Takes about 1.5 minutes.
+# LDPCAP_DEBUG=SECONDS keeps a failed run's routers up that long for a look.
 set -euo pipefail
 
 REPO=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
@@ -52,43 +59,43 @@ command -v mergecap >/dev/null || need+=(wireshark-common)
 if [ ${#need[@]} -gt 0 ]; then
     say "installing ${need[*]}"
     export DEBIAN_FRONTEND=noninteractive
-    apt-get -o DPkg::Lock::Timeout=300 update -qq
-    apt-get -o DPkg::Lock::Timeout=300 install -y -qq "${need[@]}" >/dev/null
+    timeout 900 apt-get -o DPkg::Lock::Timeout=300 update -qq
+    timeout 900 apt-get -o DPkg::Lock::Timeout=300 install -y -qq "${need[@]}" >/dev/null
 fi
 
 # --- teardown -------------------------------------------------------------------
-# Stop a process we started (by its pid) and wait for it, at most 5 s, then
-# force it.
-stop_pid() {
-    local pid=$1 sig=${2:-TERM} i
-    kill -0 "$pid" 2>/dev/null || return 0
-    kill -"$sig" "$pid" 2>/dev/null || true
+# Stop processes we started (by their pids): TERM to all, then wait for
+# them at most 5 s, then force the rest.
+stop_pids() {
+    local pid i left
+    [ $# -gt 0 ] || return 0
+    kill -TERM "$@" 2>/dev/null || true
     for i in $(seq 50); do
-        kill -0 "$pid" 2>/dev/null || return 0
+        left=0
+        for pid in "$@"; do kill -0 "$pid" 2>/dev/null && left=1; done
+        [ $left = 0 ] && return 0
         sleep 0.1
     done
-    kill -KILL "$pid" 2>/dev/null || true
+    kill -KILL "$@" 2>/dev/null || true
 }
+# the pids recorded in the given pid files that exist
+pids_of() { local f; for f in "$@"; do [ -f "$f" ] && cat "$f"; done; return 0; }
 
 cleanup() {
-    local rc=$? r f pid
+    local rc=$? r
     trap - EXIT INT TERM
     set +e
     if [ -n "$WORK" ] && [ -d "$WORK" ]; then
-        # capture first, so it is flushed even when a daemon misbehaves
-        for f in "$WORK"/*/tcpdump.pid; do
-            [ -f "$f" ] && stop_pid "$(cat "$f")"
-        done
-        for r in "${ROUTERS[@]}"; do
-            for f in "$WORK/$r"/ldpd.pid "$WORK/$r"/staticd.pid "$WORK/$r"/zebra.pid; do
-                [ -f "$f" ] && stop_pid "$(cat "$f")"
-            done
-        done
+        # captures first, then the routing daemons (ldpd and staticd
+        # before zebra, which they talk to)
+        stop_pids $(pids_of "$WORK"/*/tcpdump.pid)
+        stop_pids $(pids_of "$WORK"/*/ldpd.pid "$WORK"/*/staticd.pid)
+        stop_pids $(pids_of "$WORK"/*/zebra.pid)
     fi
     for r in "${ROUTERS[@]}"; do
         ip netns list | grep -qw "$TAG-$r" || continue
         # ldpd's helper processes, or anything else left in the namespace
-        for pid in $(ip netns pids "$TAG-$r"); do stop_pid "$pid"; done
+        stop_pids $(ip netns pids "$TAG-$r")
         ip netns del "$TAG-$r"
     done
     [ -n "$WORK" ] && [ $rc -ne 0 ] && [ -d "$WORK" ] && {
@@ -96,6 +103,7 @@ cleanup() {
         tail -n 20 "$WORK"/*/*.log >&2
     }
     [ -n "$WORK" ] && rm -rf "$WORK"
+    rm -f "$OUT.tmp"
     exit $rc
 }
 trap cleanup EXIT
@@ -103,7 +111,7 @@ trap 'exit 130' INT TERM
 
 # --- helpers ------------------------------------------------------------------
 nsx() { local r=$1; shift; ip netns exec "$TAG-$r" "$@"; }
-vty() { local r=$1; shift; nsx "$r" vtysh --vty_socket "$WORK/$r" "$@"; }
+vty() { local r=$1; shift; timeout 30 ip netns exec "$TAG-$r" vtysh --vty_socket "$WORK/$r" "$@"; }
 vconf() {            # vconf ROUTER LINE... : lines run in configure mode
     local r=$1; shift
     local args=(-c "configure terminal") l
@@ -220,7 +228,15 @@ af_lines() {         # ipv4|ipv6 ROUTER
     r1) if [ "$af" = ipv4 ]; then echo "neighbor 192.0.2.3 targeted"
         else echo "neighbor 2001:db8::3 targeted"; fi
         echo "interface eth-r2" ;;
-    r2) echo "interface eth-r1"; echo "interface eth-r3" ;;
+    r2) echo "interface eth-r1"; echo "interface eth-r3"
+        # label filters that let everything through at first; the scenario
+        # narrows them for a while
+        if [ "$af" = ipv4 ]; then
+            echo "label local advertise to LDP-TO"
+            echo "label remote accept for LDP-ACCEPT"
+        else
+            echo "label remote accept for LDP-ACCEPT6"
+        fi ;;
     r3) echo "discovery targeted-hello accept"; echo "interface eth-r2" ;;
     esac
     echo "exit-address-family"
@@ -258,7 +274,11 @@ write_conf() {       # ROUTER N
     esac
 
     {
-        printf 'hostname %s\n!\nmpls ldp\n router-id 192.0.2.%s\n' "$r" "$n"
+        printf 'hostname %s\n!\n' "$r"
+        [ $r = r2 ] && printf '%s\n' "access-list LDP-TO seq 10 permit any" \
+            "access-list LDP-ACCEPT seq 10 permit any" \
+            "ipv6 access-list LDP-ACCEPT6 seq 10 permit any" "!"
+        printf 'mpls ldp\n router-id 192.0.2.%s\n' "$n"
         # one neighbour with a shorter hold time: KeepAlives every 10 s
         [ $r = r1 ] && printf ' neighbor 192.0.2.2 session holdtime 30\n'
         # the targeted session crosses r2, one hop more than LDP's TTL
@@ -329,21 +349,33 @@ sleep 4
 nsx r3 ip link set ac100 up
 sleep 4
 
-say "label acceptance filter on r2"
-vconf r2 "access-list LDP-ACCEPT seq 5 permit 192.0.2.0/24" \
-    "ipv6 access-list LDP-ACCEPT6 seq 5 permit 2001:db8::/32" \
-    "mpls ldp" "address-family ipv4" "label remote accept for LDP-ACCEPT" "exit-address-family" \
-    "address-family ipv6" "label remote accept for LDP-ACCEPT6"
-sleep 3
-vconf r2 "access-list LDP-ACCEPT seq 10 permit 198.51.100.0/24"
+# a new pseudowire ID on one end, then on the other: the old label is
+# withdrawn and released, the new one mapped
+say "pseudowire ID changed on r3, then on r1"
+vconf r3 "l2vpn VPLS100 type vpls" "member pseudowire mpw100" "pw-id 101"
+sleep 4
+vconf r1 "l2vpn VPLS100 type vpls" "member pseudowire mpw100" "pw-id 101"
+sleep 4
+
+# r2's label-acceptance filters change: after each change r2 asks its
+# peers for their labels again (typed-wildcard Label Request: both ends
+# announced that capability)
+say "label acceptance filters on r2 narrowed, then widened"
+vconf r2 "access-list LDP-ACCEPT seq 5 deny 198.51.100.0/24"
+sleep 2
+vconf r2 "ipv6 access-list LDP-ACCEPT6 seq 5 deny 2001:db8:12::/64"
+sleep 2
+vconf r2 "no access-list LDP-ACCEPT seq 5 deny 198.51.100.0/24" \
+    "no ipv6 access-list LDP-ACCEPT6 seq 5 deny 2001:db8:12::/64"
 sleep 3
 
-say "label advertisement filter on r2"
-vconf r2 "access-list LDP-TO seq 5 permit 192.0.2.3/32" \
-    "mpls ldp" "address-family ipv4" "label local advertise to LDP-TO" "exit-address-family"
-sleep 3
-vconf r2 "mpls ldp" "address-family ipv4" "no label local advertise to LDP-TO" "exit-address-family"
-sleep 3
+# r2 stops advertising to r1 (wildcard Label Withdraw, answered by wildcard
+# Label Release) and then starts again (Label Mappings)
+say "label advertisement filter on r2: r1 denied, then allowed"
+vconf r2 "access-list LDP-TO seq 5 deny 192.0.2.1/32"
+sleep 4
+vconf r2 "no access-list LDP-TO seq 5 deny 192.0.2.1/32"
+sleep 4
 
 # shorter Hello timers from here on (see the move to IPv4 below); the new
 # hold times reach the peers with the next Hellos
@@ -387,7 +419,8 @@ vconf r3 "l2vpn VPLS100 type vpls" "no member pseudowire mpw100"
 sleep 4
 
 # --- result -----------------------------------------------------------------------
-for f in "$WORK"/*/tcpdump.pid; do stop_pid "$(cat "$f")"; rm -f "$f"; done
+stop_pids $(pids_of "$WORK"/*/tcpdump.pid)
+rm -f "$WORK"/*/tcpdump.pid
 mkdir -p "$(dirname "$OUT")"
 mergecap -F pcapng -w "$OUT.tmp" "$WORK"/r1/*.pcap "$WORK"/r3/*.pcap
 mv "$OUT.tmp" "$OUT"

@@ -18,6 +18,10 @@ import sys
 EXPECTED = {
     ("Label Mapping", "LDP_STOP_WALK", 0x0100):
         "a pseudowire (PWid) FEC element is left to the engine: the walk stops at it",
+    ("Label Withdraw", "LDP_STOP_WALK", 0x0100): "a pseudowire (PWid) FEC element, as above",
+    ("Label Release", "LDP_STOP_WALK", 0x0100): "a pseudowire (PWid) FEC element, as above",
+    ("Label Mapping", "LDP_STATUS_MISSING_MSG_PARAMS", None):
+        "FRRouting sends some Label Mappings with a FEC TLV and no label TLV; a label TLV is mandatory",
     ("Notification", "LDP_STOP_WALK", 0x0300):
         "the status code is the RFC 4447 PW Status, left to the engine",
     ("Address Withdraw", "LDP_STOP_WALK", 0x0100):

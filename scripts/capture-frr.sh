@@ -78,24 +78,29 @@ stop_pids() {
     done
     kill -KILL "$@" 2>/dev/null || true
 }
-# the pids recorded in the given pid files that exist
-pids_of() { local f; for f in "$@"; do [ -f "$f" ] && cat "$f"; done; return 0; }
+# the same for the pids recorded in the given pid files (those that exist)
+stop_pidfiles() {
+    local f pids=()
+    for f in "$@"; do [ -f "$f" ] && pids+=("$(cat "$f")"); done
+    stop_pids "${pids[@]}"
+}
 
 cleanup() {
-    local rc=$? r
+    local rc=$? r left
     trap - EXIT INT TERM
     set +e
     if [ -n "$WORK" ] && [ -d "$WORK" ]; then
         # captures first, then the routing daemons (ldpd and staticd
         # before zebra, which they talk to)
-        stop_pids $(pids_of "$WORK"/*/tcpdump.pid)
-        stop_pids $(pids_of "$WORK"/*/ldpd.pid "$WORK"/*/staticd.pid)
-        stop_pids $(pids_of "$WORK"/*/zebra.pid)
+        stop_pidfiles "$WORK"/*/tcpdump.pid
+        stop_pidfiles "$WORK"/*/ldpd.pid "$WORK"/*/staticd.pid
+        stop_pidfiles "$WORK"/*/zebra.pid
     fi
     for r in "${ROUTERS[@]}"; do
         ip netns list | grep -qw "$TAG-$r" || continue
         # ldpd's helper processes, or anything else left in the namespace
-        stop_pids $(ip netns pids "$TAG-$r")
+        mapfile -t left < <(ip netns pids "$TAG-$r")
+        stop_pids "${left[@]}"
         ip netns del "$TAG-$r"
     done
     [ -n "$WORK" ] && [ $rc -ne 0 ] && [ -d "$WORK" ] && {
@@ -181,21 +186,21 @@ stub() { nsx "$1" ip link add "$2" type veth peer name "$2-p"; }
 # pseudowire interface FRR names in its config (Linux has no pseudowire
 # device; the label exchange does not need one)
 for r in r1 r3; do
-    nsx $r ip link add br100 type bridge
+    nsx "$r" ip link add br100 type bridge
     stub $r ac100
     stub $r mpw100
-    nsx $r ip link set ac100 master br100
+    nsx "$r" ip link set ac100 master br100
 done
 # an interface on r3 whose addresses come and go
 stub r3 lan0
 
 for r in "${ROUTERS[@]}"; do
-    for i in $(nsx $r ip -o link show | awk -F': ' '{print $2}' | cut -d@ -f1); do
-        nsx $r ip link set "$i" up
+    for i in $(nsx "$r" ip -o link show | awk -F': ' '{print $2}' | cut -d@ -f1); do
+        nsx "$r" ip link set "$i" up
     done
     # no duplicate address detection delay for the link addresses
-    nsx $r sysctl -qw net.ipv6.conf.all.accept_dad=0 net.ipv6.conf.default.accept_dad=0
-    nsx $r sysctl -qw net.ipv4.ip_forward=1 net.ipv6.conf.all.forwarding=1
+    nsx "$r" sysctl -qw net.ipv6.conf.all.accept_dad=0 net.ipv6.conf.default.accept_dad=0
+    nsx "$r" sysctl -qw net.ipv4.ip_forward=1 net.ipv6.conf.all.forwarding=1
 done
 
 # --- capture ------------------------------------------------------------------
@@ -275,23 +280,23 @@ write_conf() {       # ROUTER N
 
     {
         printf 'hostname %s\n!\n' "$r"
-        [ $r = r2 ] && printf '%s\n' "access-list LDP-TO seq 10 permit any" \
+        [ "$r" = r2 ] && printf '%s\n' "access-list LDP-TO seq 10 permit any" \
             "access-list LDP-ACCEPT seq 10 permit any" \
             "ipv6 access-list LDP-ACCEPT6 seq 10 permit any" "!"
         printf 'mpls ldp\n router-id 192.0.2.%s\n' "$n"
         # one neighbour with a shorter hold time: KeepAlives every 10 s
-        [ $r = r1 ] && printf ' neighbor 192.0.2.2 session holdtime 30\n'
+        [ "$r" = r1 ] && printf ' neighbor 192.0.2.2 session holdtime 30\n'
         # the targeted session crosses r2, one hop more than LDP's TTL
         # security (on by default for IPv6 transport) allows
-        [ $r = r1 ] && printf ' neighbor 192.0.2.3 ttl-security disable\n'
-        [ $r = r3 ] && printf ' neighbor 192.0.2.1 ttl-security disable\n'
+        [ "$r" = r1 ] && printf ' neighbor 192.0.2.3 ttl-security disable\n'
+        [ "$r" = r3 ] && printf ' neighbor 192.0.2.1 ttl-security disable\n'
         af_lines ipv4 "$r" | sed 's/^/ /'
         af_lines ipv6 "$r" | sed 's/^/ /'
         printf '!\n'
         case $r in
         r1|r3)
             local peer=192.0.2.3
-            [ $r = r3 ] && peer=192.0.2.1
+            [ "$r" = r3 ] && peer=192.0.2.1
             printf 'l2vpn VPLS100 type vpls\n bridge br100\n member interface ac100\n'
             printf ' member pseudowire mpw100\n  neighbor lsr-id %s\n  pw-id 100\n' "$peer"
             printf ' exit\n!\n'
@@ -303,7 +308,7 @@ write_conf() {       # ROUTER N
 
 start_daemon() {     # ROUTER DAEMON EXTRA-ARGS...
     local r=$1 dm=$2 d=$WORK/$1; shift 2
-    nsx "$r" $FRR/"$dm" -d -f "$d/$dm.conf" -i "$d/$dm.pid" --vty_socket "$d" \
+    timeout 30 ip netns exec "$TAG-$r" $FRR/"$dm" -d -f "$d/$dm.conf" -i "$d/$dm.pid" --vty_socket "$d" \
         -z "$d/zserv.api" -P 0 --log "file:$d/$dm.log" "$@"
     wait_for 20 "$dm on $r" test -S "$d/$dm.vty"
 }
@@ -380,7 +385,7 @@ sleep 4
 # shorter Hello timers from here on (see the move to IPv4 below); the new
 # hold times reach the peers with the next Hellos
 for r in "${ROUTERS[@]}"; do
-    vconf $r "mpls ldp" "discovery hello holdtime 6" "discovery hello interval 2" \
+    vconf "$r" "mpls ldp" "discovery hello holdtime 6" "discovery hello interval 2" \
         "discovery targeted-hello holdtime 6" "discovery targeted-hello interval 2"
 done
 
@@ -397,14 +402,14 @@ sleep 3
 # its Hellos now announcing the IPv4 preference.
 say "sessions moved to IPv4 transport"
 for r in "${ROUTERS[@]}"; do
-    vconf $r "mpls ldp" "dual-stack transport-connection prefer ipv4" "no address-family ipv6"
+    vconf "$r" "mpls ldp" "dual-stack transport-connection prefer ipv4" "no address-family ipv6"
 done
 sleep 2
 wait_for 60 "r1's sessions over IPv4" has_sessions r1 2 ipv4
 wait_for 30 "r3's sessions over IPv4" has_sessions r3 2 ipv4
 for r in "${ROUTERS[@]}"; do
-    mapfile -t lines < <(af_lines ipv6 $r)
-    vconf $r "mpls ldp" "${lines[@]}"
+    mapfile -t lines < <(af_lines ipv6 "$r")
+    vconf "$r" "mpls ldp" "${lines[@]}"
 done
 # the IPv4 adjacencies now see a dual-stack TLV they were made without:
 # they are dropped and made again, and the sessions with them
@@ -419,7 +424,7 @@ vconf r3 "l2vpn VPLS100 type vpls" "no member pseudowire mpw100"
 sleep 4
 
 # --- result -----------------------------------------------------------------------
-stop_pids $(pids_of "$WORK"/*/tcpdump.pid)
+stop_pidfiles "$WORK"/*/tcpdump.pid
 rm -f "$WORK"/*/tcpdump.pid
 mkdir -p "$(dirname "$OUT")"
 mergecap -F pcapng -w "$OUT.tmp" "$WORK"/r1/*.pcap "$WORK"/r3/*.pcap

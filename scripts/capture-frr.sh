@@ -193,6 +193,12 @@ for r in r1 r3; do
 done
 # an interface on r3 whose addresses come and go
 stub r3 lan0
+# no IPv6 link-local addresses on the stand-ins: ldpd would announce them
+for i in br100 ac100 ac100-p mpw100 mpw100-p; do
+    nsx r1 sysctl -qw "net.ipv6.conf.$i.disable_ipv6=1"
+    nsx r3 sysctl -qw "net.ipv6.conf.$i.disable_ipv6=1"
+done
+nsx r3 sysctl -qw net.ipv6.conf.lan0-p.disable_ipv6=1
 
 for r in "${ROUTERS[@]}"; do
     for i in $(nsx "$r" ip -o link show | awk -F': ' '{print $2}' | cut -d@ -f1); do

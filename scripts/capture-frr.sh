@@ -59,8 +59,15 @@ command -v mergecap >/dev/null || need+=(wireshark-common)
 if [ ${#need[@]} -gt 0 ]; then
     say "installing ${need[*]}"
     export DEBIAN_FRONTEND=noninteractive
-    timeout 900 apt-get -o DPkg::Lock::Timeout=300 update -qq
-    timeout 900 apt-get -o DPkg::Lock::Timeout=300 install -y -qq "${need[@]}" >/dev/null
+    # waits up to 5 min for another apt/dpkg to finish; the package lists
+    # are refreshed only when they turn out too old
+    apt_install() {
+        timeout 900 apt-get -o DPkg::Lock::Timeout=300 install -y -qq "${need[@]}" >/dev/null
+    }
+    apt_install || {
+        timeout 900 apt-get -o DPkg::Lock::Timeout=300 update -qq
+        apt_install
+    }
 fi
 
 # --- teardown -------------------------------------------------------------------

@@ -1,6 +1,6 @@
 #!/usr/bin/env bash
 # Set-up, build and run for ldpcodec on Debian (run as root on a fresh machine).
-#   ./build.sh sample   install what is missing, build, decode samples/ with ldpdump
+#   ./build.sh sample   install what is missing, build, decode samples/frr-ldp.pcapng with ldpdump
 #   ./build.sh test     install what is missing, then five builds, warnings as
 #                       errors, each running the whole suite: GCC (then its
 #                       instruction counts under callgrind, and valgrind);
@@ -13,8 +13,8 @@
 set -euo pipefail
 cd "$(dirname "$0")"
 
-# What each command needs: the sample only a compiler and CMake.
-SAMPLE_PACKAGES=(cmake ninja-build g++)
+# What each command needs: the sample only a compiler, CMake and libpcap.
+SAMPLE_PACKAGES=(cmake ninja-build g++ libpcap-dev)
 TEST_PACKAGES=("${SAMPLE_PACKAGES[@]}" clang binutils libgtest-dev libgmock-dev libbenchmark-dev
                googletest g++-arm-linux-gnueabihf qemu-user tshark make pkgconf file dpkg-dev lintian
                doxygen valgrind g++-s390x-linux-gnu)
@@ -73,7 +73,7 @@ case "${1:-}" in
 sample)
     install_missing "${SAMPLE_PACKAGES[@]}"
     build release gcc g++ -DCMAKE_BUILD_TYPE=Release -DLDP_BUILD_TESTS=OFF -DLDP_BUILD_BENCH=OFF
-    build/release/tools/ldpdump/ldpdump -f samples/messages.hex
+    build/release/tools/ldpdump/ldpdump samples/frr-ldp.pcapng
     ;;
 test)
     install_missing "${TEST_PACKAGES[@]}"

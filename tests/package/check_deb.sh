@@ -27,8 +27,9 @@ trap 'rm -rf "$root"' EXIT
 for deb in "${debs[@]}"; do dpkg-deb -x "$deb" "$root"; done
 
 "$root/usr/bin/ldpdump" -f "$src/samples/messages.hex" >"$root/dump.txt"
-grep -q 'KeepAlive (0x0201): LDP_OK' "$root/dump.txt"
-grep -q 'Label Mapping (0x0400): LDP_OK' "$root/dump.txt"
+grep -q 'KeepAlive id 1 LDP_OK' "$root/dump.txt"
+grep -q 'Label Mapping id 256 LDP_OK' "$root/dump.txt"
+"$root/usr/bin/ldpdump" "$src/samples/frr-ldp.pcapng" | grep -q ' Label Mapping id [0-9]* LDP_OK '
 
 pc=$(dirname "$(find "$root/usr/lib" -name ldpcodec.pc)")
 mkdir "$root/examples"
@@ -51,7 +52,8 @@ installed=no
 if [ "$(id -u)" -eq 0 ] && [ "${LDP_DEB_INSTALL:-1}" != 0 ]; then
     trap 'dpkg --purge ldpdump libldpcodec-dev libldpcodec0 >/dev/null 2>&1 || true; rm -rf "$root"' EXIT
     dpkg -i "${debs[@]}" >/dev/null
-    /usr/bin/ldpdump -f "$src/samples/messages.hex" | grep -q 'Label Mapping (0x0400): LDP_OK'
+    /usr/bin/ldpdump "$src/samples/frr-ldp.pcapng" | grep -q ' Label Mapping id [0-9]* LDP_OK '
+    man -w ldpdump >/dev/null 2>&1 || [ -f /usr/share/man/man1/ldpdump.1.gz ]
     pkg-config --exists ldpcodec ldpplatform
     dpkg --purge ldpdump libldpcodec-dev libldpcodec0 >/dev/null
     installed=yes

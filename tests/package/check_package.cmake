@@ -25,7 +25,7 @@ run("install" ${CMAKE_COMMAND} --install ${BUILD_DIR} --prefix ${WORK_DIR}/prefi
 file(RENAME ${WORK_DIR}/prefix ${prefix})
 
 run("installed ldpdump" ${prefix}/bin/ldpdump 02010004000000ff)
-if(NOT out MATCHES "KeepAlive \\(0x0201\\): LDP_OK")
+if(NOT out MATCHES "KeepAlive id 255 LDP_OK")
   message(FATAL_ERROR "installed ldpdump did not decode a KeepAlive:\n${out}")
 endif()
 

@@ -26,6 +26,47 @@ const char *message_name(uint32_t type)
     }
 }
 
+const char *tlv_name(uint32_t type)
+{
+    switch (type & LDP_TLV_TYPE_MASK) {
+    case LDP_TLV_FEC: return "FEC";
+    case LDP_TLV_ADDRESS_LIST: return "Address List";
+    case LDP_TLV_HOP_COUNT: return "Hop Count";
+    case LDP_TLV_PATH_VECTOR: return "Path Vector";
+    case LDP_TLV_GENERIC_LABEL: return "Generic Label";
+    case LDP_TLV_ATM_LABEL: return "ATM Label";
+    case LDP_TLV_FR_LABEL: return "Frame Relay Label";
+    case LDP_TLV_STATUS: return "Status";
+    case LDP_TLV_EXT_STATUS: return "Extended Status";
+    case LDP_TLV_RETURNED_PDU: return "Returned PDU";
+    case LDP_TLV_RETURNED_MSG: return "Returned Message";
+    case 0x0304: return "Returned TLVs";
+    case LDP_TLV_COMMON_HELLO: return "Common Hello Parameters";
+    case LDP_TLV_IPV4_TRANSPORT: return "IPv4 Transport Address";
+    case LDP_TLV_CONF_SEQ_NUM: return "Configuration Sequence Number";
+    case LDP_TLV_IPV6_TRANSPORT: return "IPv6 Transport Address";
+    case LDP_TLV_MAC_LIST: return "MAC List";
+    case LDP_TLV_COMMON_SESSION: return "Common Session Parameters";
+    case LDP_TLV_ATM_SESSION: return "ATM Session Parameters";
+    case LDP_TLV_FR_SESSION: return "Frame Relay Session Parameters";
+    case LDP_TLV_FT_SESSION: return "FT Session";
+    case LDP_TLV_DYNAMIC_CAP: return "Dynamic Announcement";
+    case LDP_TLV_P2MP_CAP: return "P2MP Capability";
+    case LDP_TLV_MP2MP_CAP: return "MP2MP Capability";
+    case LDP_TLV_MBB_CAP: return "MBB Capability";
+    case LDP_TLV_TYPED_WILDCARD_CAP: return "Typed Wildcard FEC Capability";
+    case 0x0603: return "Unrecognized Notification Capability";
+    case LDP_TLV_LABEL_REQ_MSG_ID: return "Label Request Message ID";
+    case LDP_TLV_LSPID: return "LSPID";
+    case LDP_TLV_PW_STATUS: return "PW Status";
+    case LDP_TLV_PW_IF_PARAMS: return "PW Interface Parameters";
+    case LDP_TLV_MP_STATUS: return "MP Status";
+    case LDP_TLV_VENDOR_PRIVATE: return "vendor-private 0x3E0A";
+    case 0x0701: return "Dual-Stack Capability";
+    default: return "unknown TLV";
+    }
+}
+
 namespace {
 
 void print_header(std::FILE *out, const LDP_MsgHeader &h)

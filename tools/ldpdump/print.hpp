@@ -10,6 +10,10 @@ namespace ldpdump {
 
 const char *result_name(uint32_t rc);
 const char *message_name(uint32_t type);
+// A TLV type (U and F bits masked off) by name; "unknown TLV" otherwise.
+const char *tlv_name(uint32_t type);
+// RFC 5036 status data (the code without its E and F bits) by name.
+const char *status_name(uint32_t data);
 
 // Print the fields of a record of the given (masked) type, indented.
 void print_record(std::FILE *out, uint32_t type, const void *rec);

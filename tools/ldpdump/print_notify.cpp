@@ -5,9 +5,9 @@
 #include "print.hpp"
 
 namespace ldpdump {
-namespace {
 
-// Status data names of RFC 5036 section 3.9, and the PW status of RFC 4447.
+// Status data names of RFC 5036 section 3.9, and a few later ones LDP peers
+// send (PW status, capabilities, End-of-LIB, dual stack).
 const char *status_name(uint32_t data)
 {
     static const char *const rfc5036[] = {
@@ -41,8 +41,19 @@ const char *status_name(uint32_t data)
     if (data < sizeof rfc5036 / sizeof rfc5036[0]) {
         return rfc5036[data];
     }
-    return data == LDP_STATUS_DATA_PW_STATUS ? "PW Status" : "unknown status";
+    switch (data) {
+    case 0x1A: return "No LDP Session";
+    case 0x20: return "Temporary Shutdown";
+    case LDP_STATUS_DATA_PW_STATUS: return "PW Status";
+    case 0x2E: return "Unsupported Capability"; // RFC 5561
+    case 0x2F: return "End-of-LIB";             // RFC 5919
+    case 0x32: return "Transport Connection Mismatch"; // RFC 7552
+    case 0x33: return "Dual-Stack Noncompliance";      // RFC 7552
+    default: return "unknown status";
+    }
 }
+
+namespace {
 
 void print_tlv(std::FILE *out, const char *name, const LDP_TlvHeader &t)
 {

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Codec speed on the sample messages, each figure beside its floor measured
 // in the same run. A floor makes the same platform allocations and releases
 // in the same order as the codec (recorded once per message by the bench

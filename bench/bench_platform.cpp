@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Implementation of the benchmark platform's allocator, copy, list service
 // and assertion sink. The copy and the list service record their calls and
 // otherwise behave as the default platform's. The default platform's other

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The benchmark platform: the plain C heap behind PLAT_SimpleAlloc_F and
 // PLAT_Free_F, with a switch that records the sequence of allocations,
 // releases, memcpy_s calls and list-service calls one operation makes, so a

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-2-Clause
 # Instructions per LDP_Decode + LDP_FreeMessage of each sample message of
 # samples/messages.hex, and per message of each type of bench/frr-messages.hex
 # (rows "frr.<type>/<count>"), counted by callgrind and compared with

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* The default platform's bounds-checked fill and formatting, reused by the
  * bench platform; its memcpy_s is renamed out of the way of the bench
  * platform's own, which counts the copies. */

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Instruction-count driver for callgrind: for every sample message it runs
 // LDP_Decode + LDP_FreeMessage n1 times and dumps callgrind's counters, then
 // n2 times and dumps again. (n2 count - n1 count) / (n2 - n1) is the cost of

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: BSD-2-Clause
 """LDP messages of a capture as a hex sample file, one message per line.
 
     bench/pcap_to_hex.py CAPTURE.pcapng > bench/frr-messages.hex

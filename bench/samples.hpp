@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The sample messages the bench programs run: every line of a hex sample
 // file that LDP_Decode accepts, named by its message type and its rank among
 // the samples of that type ("LabelMapping.2"). Refused samples show error

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Cross build for 32-bit little-endian ARM Linux (the router target), run
 # under qemu user emulation. GoogleTest is built from Debian's source package.
 set(CMAKE_SYSTEM_NAME Linux)

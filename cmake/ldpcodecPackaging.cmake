@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Debian packages through CPack: `cpack -G DEB` in a build configured with
 # -DCMAKE_INSTALL_PREFIX=/usr makes one package per install component:
 #   libldpcodec0     runtime      libldpcodec.so.0 and libldpplatform.so.0

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Cross build for 64-bit big-endian IBM Z Linux, run under qemu user
 # emulation: the byte-order check of the suite (every other target is
 # little-endian). GoogleTest is built from Debian's source package.

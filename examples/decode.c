@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* Decodes one LDP message held in memory and prints what the record says. */
 #include <stdio.h>
 

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* Builds a Label Mapping record the way an LDP engine does, encodes it with
  * LDP_Encode, decodes the bytes back and checks that the binding survived.
  *

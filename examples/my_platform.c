@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* A platform of your own: every service libldpcodec imports, written over the
  * C library. Link it in place of libldpplatform; a router build maps these
  * onto its own memory, logging and list services instead.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /** @file
  * @brief Address family: the Address (0x0300) and Address Withdraw (0x0301)
  * messages of RFC 5036 sections 3.5.5 and 3.5.6, the Address List TLV and

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /** @file
  * @brief The blackbox: a bounded ring of time-stamped debug records (for
  * example the last messages sent or received) that the engine keeps and dumps

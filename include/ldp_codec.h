@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /** @file
  * @brief ldpcodec: converts single LDP messages (RFC 5036 and extensions)
  * between wire bytes and validated in-memory records.

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /** @file
  * @brief FEC family: the FEC TLV (RFC 5036 section 3.4.1) with its Wildcard,
  * Prefix and Host Address elements, the multipoint FEC elements of RFC 6388

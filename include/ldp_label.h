@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /** @file
  * @brief Five LDP messages about labels (Mapping; Request and its Abort;
  * Withdraw; Release) and the TLVs they share with each other and the

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /** @file
  * @brief Session messages: Hello, Initialization (with its session parameter
  * and Capability Parameter TLVs), KeepAlive, Capability and Notification (its

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /** @file
  * @brief The Status TLV (0x0300, RFC 5036 section 3.4.6), which the
  * Notification and the Label Release message carry. Include ldp_codec.h

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /** @file
  * @brief Result codes, message and TLV type codes, and the two header records
  * that open every message and TLV record. Part of the ldpcodec public

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /** @file
  * @brief Utilities around the codec for an LDP engine: ordering of the key
  * records it keeps per peer (mappings, FECs, peer addresses), a circular

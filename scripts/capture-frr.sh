@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-2-Clause
 # Record a real LDP exchange between three FRRouting routers and save it as
 # pcapng (default samples/frr-ldp.pcapng, or the path given as argument).
 #

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Fails unless libldpcodec.so exports exactly the functions that the public
 # headers declare with LDP_API, defines nothing outside LDP_*, and leaves
 # every platform symbol undefined. Run with -DLIB=... -DNM=... -DHEADERS=...

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Test helpers (see support.hpp).
 #include "support.hpp"
 

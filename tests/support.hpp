@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Helpers shared by the unit tests: wire bytes from hex text, a fixture that
 // checks the test platform for leaks after every test, and thin wrappers over
 // the entry points that use exact-size buffers (so ASan sees any overread).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The entry points beyond what the wire vectors show: argument checks,
 // ownership of records and buffers on every path, the header writer, and
 // every exported function's answer to a null pointer.

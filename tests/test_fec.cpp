@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // FEC family checks beyond the wire cases of tests/vectors/fec.vec, which several reuse.
 #include <algorithm>
 

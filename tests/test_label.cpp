@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The label family beyond tests/vectors/label.vec: hand-built records, 8-bit counters, engine-only TLVs, release.
 #include <algorithm>
 #include <numeric>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Notification, Address and label messages (Mapping aside) beyond their wire vectors:
 // records only an engine fills, their encoding, and what releases leave.
 #include "vectors.hpp"

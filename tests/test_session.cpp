@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Session messages beyond tests/vectors/session.vec: records
 // no decode produces, the label range decoder, what encoding leaves in a record, and release.
 #include "vectors.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Key-record orderings, the message log, the hex dump and other debug
 // helpers, and the blackbox ring.
 #include <algorithm>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The vector driver: every case of tests/vectors/*.vec goes through the same
 // checks, so one line of wire bytes is tested many ways.
 #include <algorithm>

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-2-Clause
 # Runs every test program of a native build once under valgrind memcheck:
 #   tests/valgrind.sh build/gcc
 # Any memory error or leak fails the run. Each program runs whole, in one

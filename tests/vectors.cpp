@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Reading the vector files, and the tables that tie message types and field
 // names to the library's exported functions and record layouts.
 #include "vectors.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Test vectors: wire cases read from tests/vectors/*.vec (format in
 // tests/vectors/README.md), and the per-type table the driver runs them with.
 #pragma once

@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # Run by CPack before it packs: Debian wants manual pages gzip-compressed at
 # the highest level without a time stamp, whichever install rule put them in.
 file(GLOB_RECURSE files "${CPACK_TEMPORARY_INSTALL_DIRECTORY}/*")

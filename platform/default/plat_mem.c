@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* Default allocator and assertion sink for standalone use: the C heap and
  * stderr. A router build replaces this file with its own services. */
 #include <stdio.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* Text, time and comparison services. */
 #include <stdio.h>
 #include <string.h>

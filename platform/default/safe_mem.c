@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* Bounds-checked copy, fill and formatting. Error codes follow errno values:
  * EINVAL for a missing pointer, ERANGE when the count exceeds the room. */
 #include <errno.h>

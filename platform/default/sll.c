@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* The ring list service behind SLL_List. The head node is the first member of
  * the list, so the last element's pNext points at the list itself. */
 #include <stddef.h>

@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /** @file
  * @brief Services the LDP codec imports from its host: memory, assertions,
  * the ring list, bounds-checked copies, text and time.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The blackbox ring: records numbered by a running index, each kept in slot
 // index % capacity, the oldest dropped as new ones arrive. A record is one
 // block, LDP_BlackRecord followed by the user's payload.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The dispatch table: every message type the library knows, with its record
 // and operations, and the decode road of LDP_Decode made once per type so the
 // record's size and list heads are constants there.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The per-type operations behind the entry points: one row for each of the
 // twelve message types.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The library's front door: LDP_Decode, LDP_Encode, LDP_EncodeMsgHeader,
 // LDP_FreeMessage and LDP_MemFreeCallBack.
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Pieces of the label TLV family that the label messages (and the
 // Notification) use inline rather than through an exported function.
 #pragma once

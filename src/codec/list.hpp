@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Helpers over the platform ring list embedded in records. The head node sits
 // at the start of the SLL_List, so "the list itself" and "its head node" are
 // the same address.

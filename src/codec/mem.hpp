@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Allocation, release, copies and assertions, all through the platform, with
 // the library's habits: a failed memcpy_s is reported and work goes on, an
 // encoder short of room reports and gives up.

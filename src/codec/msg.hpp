@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Message header handling shared by every message's pre-parse, decoder and
 // encoder.
 #pragma once

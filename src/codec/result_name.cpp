@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Result codes by name, for the engine's logs and for ldpdump.
 #include "ldp_codec.h"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The source-file names the library hands to the platform with every
 // allocation, release and assertion. Line numbers are the real ones.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // A bounded reader over the TLVs of one message. Positions are in message
 // length units (the message ID counts, so the first TLV is at position 4);
 // the cursor never reads past position L, the message length it was given.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Writing a record's TLV header to the wire with the encoders' in-place habit:
 // the record's type word is left in network order, while its length is given
 // back in host order because the encoder still steps by it.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Network-order loads, stores and swaps. Wire bytes may sit at any address,
 // so every access goes through memcpy; record fields are packed and are
 // swapped by value (never through a reference to the packed member).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Orderings of the engine's key records (FECs, mappings, mLDP mappings, peer
 // addresses): field by field in a fixed precedence, as unsigned host values.
 #include <cstdint>

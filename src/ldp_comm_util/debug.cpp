@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Debug helpers: a hex dump of packet bytes, a bitmap search, and freeing
 // what a debug condition owns.
 #include <cstdint>

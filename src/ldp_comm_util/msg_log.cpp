@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The circular message log: fixed-size entries in the caller's array, with
 // the largest time gap between neighbouring entries.
 #include <cstdint>

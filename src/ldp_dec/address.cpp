@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Pre-parse and decode of the Address and Address Withdraw messages (RFC
 // 5036 sections 3.5.5 and 3.5.6) and of the Address List TLV. Only IPv4
 // addresses are kept; IPv6 lists are accepted and dropped.

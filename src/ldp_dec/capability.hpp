@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Decoding of one Capability Parameter TLV into a new list element, shared by
 // the Initialization and Capability messages.
 #pragma once

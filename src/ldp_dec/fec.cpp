@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Pre-parse and decode of the FEC family: the FEC TLV and its Wildcard,
 // Prefix and Host Address elements, the RFC 6388 multipoint elements with
 // their opaque values, and the MP Status TLV.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The Prefix and Host Address FEC element checks and stores, shared by the
 // exported element functions and the Label Mapping quick path; inline so
 // either may use them without a call.

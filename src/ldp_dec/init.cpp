@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Pre-parse and decode of the Initialization message and its TLVs: Common
 // Session Parameters, FT Session, ATM Session Parameters and the Capability
 // Parameter TLV (which the Capability message shares).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Decoders of the TLVs shared by the label messages: Generic Label, Path
 // Vector, and unknown TLVs kept for forwarding.
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Label Abort Request (RFC 5036, 3.5.9), pre-parse and decode: an FEC and the
 // ID of the request to give up, both required, in either order. Nothing else
 // is taken; not even unknown TLVs are kept.

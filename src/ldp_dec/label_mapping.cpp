@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Pre-parse and decode of the Label Mapping message (RFC 5036 section 3.5.7).
 // TLVs may come in any order; most optional ones count only on their first
 // occurrence, later copies are stepped over unchecked.

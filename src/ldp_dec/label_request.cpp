@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Pre-parse and decode of the Label Request message (RFC 5036 section 3.5.8).
 // TLVs come in any order; the FEC TLV is the only one required, and the
 // FEC, Label, Hop Count and Path Vector TLVs count on their first occurrence.

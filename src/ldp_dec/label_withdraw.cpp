@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Pre-parse and decode of the Label Withdraw and Label Release messages
 // (RFC 5036 sections 3.5.10 and 3.5.11). Both carry a FEC TLV, an optional
 // Generic Label TLV and unknown TLVs to forward; a Release may also carry a

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Pre-parse and decode of the Notification message (RFC 5036 section 3.5.1)
 // and of the Status TLV it opens with (also used by Label Release).
 #include <cstdint>

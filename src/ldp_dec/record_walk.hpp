@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The two entry shapes of a message whose pre-parse and decoder share one
 // walk(msg, msg_len, record or null, module): the pre-parse reads the header
 // into a local and walks with no record; the decoder reads it into the record

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Pre-parse and decode of the session messages: KeepAlive, Hello and
 // Capability (Initialization has its own file).
 #include <cstddef>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Encoding and release of the Address and Address Withdraw messages, with the
 // Address List and MAC List (RFC 4762) TLV encoders.
 #include <cstddef>

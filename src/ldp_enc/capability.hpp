@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Encoding and release of a capability list, shared by the Initialization
 // and Capability messages.
 #pragma once

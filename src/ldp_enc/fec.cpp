@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Encoding and release of the FEC family: the FEC TLV and its elements, the
 // RFC 6388 multipoint elements and opaque value lists, and the MP Status TLV.
 #include <cstdint>

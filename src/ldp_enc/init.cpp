@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Encoding and release of the Initialization message: the Common Session
 // TLV, the label range TLVs for ATM and Frame Relay, FT Session, and the
 // Capability Parameter TLV that the Capability message reuses.

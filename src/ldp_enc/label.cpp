@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Encoders of the TLVs shared by the label messages, the unknown-TLV list
 // writer, and the release of that list.
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Encoding and release of the Label Abort Request message: the FEC TLV, the
 // Label Request Message ID TLV and, when flagged, an LSPID TLV.
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Encoding and release of the Label Mapping message. TLVs go out in a fixed
 // order whatever order they arrived in; the caller has set every length.
 #include <cstdint>

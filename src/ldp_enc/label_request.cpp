@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Encoding and release of the Label Request message. The FEC TLV always goes
 // out first, then the flagged TLVs in a fixed order, the forwarded unknown
 // TLVs last; the caller has set every length.

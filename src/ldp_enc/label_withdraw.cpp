@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Encoding and release of the Label Withdraw and Label Release messages: the
 // FEC TLV, then the flagged Label and LSPID TLVs (and, for a Release, the
 // Status TLV), then the forwarded unknown TLVs.

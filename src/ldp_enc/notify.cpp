@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Encoding and release of the Notification message, and the Status TLV
 // encoder it shares with Label Release.
 #include <cstdint>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Encoding of the session messages: KeepAlive, Hello and Capability, and
 // release of the Capability record (Initialization has its own file).
 #include <cstddef>

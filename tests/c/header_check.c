@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* Compiled as strict C99: the umbrella header must be plain C, its records
  * packed to the sizes the wire and the API fix, and the library usable from
  * C with the default platform. */

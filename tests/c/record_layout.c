@@ -1,3 +1,4 @@
+/* SPDX-License-Identifier: BSD-2-Clause */
 /* The size of every public record and the offset and size of each member,
  * as this target's compiler lays them out, against the one table in
  * record_layout.h (64-bit and 32-bit pointer columns). A router and this

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The default platform shipped as libldpplatform: the ring list service,
 // bounds-checked copies and the small system services.
 #include <gtest/gtest.h>

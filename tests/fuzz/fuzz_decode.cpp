@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // libFuzzer target: any bytes through LDP_Decode, and every record that comes
 // back through LDP_Encode. Built with ASan and UBSan, so an out-of-bounds
 // read, a misaligned access or a leak (LeakSanitizer) ends the run, and so

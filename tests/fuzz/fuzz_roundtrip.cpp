@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Round-trip libFuzzer target, one build per message family (LDP_FUZZ_FAMILY:
 // 0 session, 1 address, 2 label, 3 notification). A message of the family
 // that LDP_Decode accepts is encoded from its record and decoded again; the

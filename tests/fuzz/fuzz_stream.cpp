@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // libFuzzer target for ldpdump's packet decoding, TCP reassembly and PDU
 // splitting. The input is read as a frame for every link type, as one UDP
 // datagram, and as a run of TCP segments (flags, sequence step, length,

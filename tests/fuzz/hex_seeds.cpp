@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Writes each message of a hex sample file (one per line, '#' comments) as a
 // binary file into a corpus folder, so the fuzzer starts from real messages.
 #include <cstdio>

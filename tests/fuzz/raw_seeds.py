@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: BSD-2-Clause
 """Write every sample message and every vector's `msg` bytes as a binary seed,
 sorted by message family, for the round-trip fuzzers:
     raw_seeds.py OUT_DIR

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: BSD-2-Clause
 """Small captures built here, and what ldpdump must make of each.
 
 Every link type ldpdump reads carries the same TCP session (split, out of

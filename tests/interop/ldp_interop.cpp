@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Interoperability check against an independent LDP dissector (tshark).
 // Every sample message that decodes is encoded again by the library and
 // written to a pcap as an LDP PDU over UDP port 646 (as received where the

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-2-Clause
 # Re-encodes the samples with the library, lets tshark's LDP dissector read
 # them, and compares its fields with what our decoder found.
 # Usage: run.sh LDP_INTEROP SAMPLES.hex WORK_DIR

@@ -1,4 +1,5 @@
 #!/usr/bin/env python3
+# SPDX-License-Identifier: BSD-2-Clause
 """ldpdump --json against tshark's LDP dissector, frame by frame.
 
 For each capture: the frames holding LDP must be the same, and in each frame

@@ -1,4 +1,5 @@
 #!/usr/bin/env bash
+# SPDX-License-Identifier: BSD-2-Clause
 # Makes the Debian packages in BUILD_DIR (configured with the /usr prefix),
 # has lintian check them (errors fail), checks their dependencies, unpacks
 # them into a scratch root and uses them from there: the packaged ldpdump

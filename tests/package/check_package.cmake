@@ -1,3 +1,4 @@
+# SPDX-License-Identifier: BSD-2-Clause
 # The library as a user gets it. Installs the build tree into a scratch
 # prefix and moves the prefix elsewhere (nothing installed may depend on
 # where it was installed), then: runs the installed ldpdump; builds and runs

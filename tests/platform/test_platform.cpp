@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Implementation of the test platform. Everything is single-threaded.
 #include "test_platform.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // A platform for the library's own tests: it counts live blocks, fails the
 // n-th allocation or memcpy_s on request, records every assertion, and can
 // hand out blocks at odd addresses to shake out unaligned access.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Hex text to message bytes, shared by ldpdump and the test programs that
 // read samples/messages.hex: digits in pairs, with blanks, ':' or '-' allowed
 // between them; in a sample file '#' starts a comment.

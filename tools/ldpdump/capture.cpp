@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // libpcap behind the capture interface; without libpcap every capture
 // fails to open and ldpdump reads hex only.
 #include "capture.hpp"

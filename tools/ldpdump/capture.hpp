@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Capture input through libpcap: pcap and pcapng files, standard input, and
 // live interfaces.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Key fields per message type, taken from the record the codec returned:
 // hold time and transport address, session parameters and capabilities,
 // addresses, FEC elements, labels and status codes.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The key fields of a decoded record, each rendered once for the one-line
 // text output and once as a JSON value, so both outputs name the same facts.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // PDU header checks, resynchronisation on a stream, and splitting of PDU
 // bodies into messages.
 #include "framing.hpp"

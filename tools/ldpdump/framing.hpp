@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // LDP PDU framing: a PDU header (version, length, LSR ID, label space) and
 // the messages after it, from a UDP datagram or a reassembled TCP stream.
 // Independent of libpcap.

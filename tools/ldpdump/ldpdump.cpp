@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // ldpdump: what this library makes of every LDP message in a capture file,
 // a live capture or hex text. Options and input selection live here; the
 // work is done by the pipeline (pipeline.hpp).

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // --json: one object per message per line. The member names are part of the
 // tool's interface (see docs/ldpdump.1); add members, never rename them.
 #include "ldp_codec.h"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The one-line text output, and with -v the whole record, the TLVs and
 // where a decode failed.
 #include <ctime>

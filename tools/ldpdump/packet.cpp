@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Link (Ethernet with VLAN tags, Linux cooked, loopback, raw), IPv4/IPv6
 // and TCP/UDP header decoding.
 #include "packet.hpp"

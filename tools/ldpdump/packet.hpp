@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Link, IP and transport headers of one captured frame, down to the TCP or
 // UDP payload. Works on bytes alone (no libpcap), so tests and the fuzz
 // target can drive it.

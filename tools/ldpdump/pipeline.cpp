@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // The pipeline behind ldpdump (see pipeline.hpp).
 #include "pipeline.hpp"
 

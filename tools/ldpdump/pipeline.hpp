@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // From frames (or hex lines) to reported messages: link and IP decoding,
 // TCP reassembly per direction, PDU framing, then each message through the
 // codec and out to the chosen output.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Text for result codes, message names and record fields.
 #include "print.hpp"
 

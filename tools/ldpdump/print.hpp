@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Rendering of result codes and decoded records as text for ldpdump.
 #pragma once
 

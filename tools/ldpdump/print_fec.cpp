@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Text for the FEC family: FEC TLV elements (prefixes and host addresses as
 // addresses, mLDP roots with their opaque values, PWid raw data) and the MP
 // Status TLV.

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // ldpdump printers for the label messages and the TLVs they share.
 #include <cstring>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // ldpdump printers for the Notification and the Address messages.
 #include <cstring>
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Field printers for the session message records (Hello, Initialization,
 // Capability).
 #include <cinttypes>

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Per-direction TCP reassembly: sequence arithmetic modulo 2^32, out-of-order
 // segments held (up to a bound) until the gap before them fills, repeated
 // bytes dropped.

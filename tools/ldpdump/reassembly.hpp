@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // TCP reassembly of one direction of a connection: segments in, the byte
 // stream out in order. Independent of libpcap.
 #pragma once

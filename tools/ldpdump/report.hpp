@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // One message as ldpdump reports it: where it came from, what the codec made
 // of it, and what the optional checks found. Filled by the pipeline, written
 // by the text or the JSON output.

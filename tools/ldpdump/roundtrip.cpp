@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // Re-encoding of decoded records and the TLV comparison behind --roundtrip.
 #include "roundtrip.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // --roundtrip: a decoded record encoded again with LDP_Encode and compared
 // with the message it came from, TLV by TLV.
 #pragma once

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // --stats: message counts by type and by result code, printed at the end.
 #include "ldp_codec.h"
 #include "report.hpp"

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // TLV walk of a message and the search for the TLV a decode failed in.
 #include "tlv_walk.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // ldpdump's own walk over the TLVs of a message, independent of the codec:
 // to list what a message carries, to compare it with its re-encoding, and to
 // say where a decode failed.

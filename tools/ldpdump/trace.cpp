@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // ldpdump's --hexdump, --log and --blackbox (see trace.hpp).
 #include "trace.hpp"
 

@@ -1,3 +1,4 @@
+// SPDX-License-Identifier: BSD-2-Clause
 // ldpdump's tracing options, built on the library's debug utilities: the hex
 // dump of each message, a message log of every message with the largest gap
 // between them, and a blackbox of the last messages that failed to decode.

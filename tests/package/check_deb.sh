@@ -30,7 +30,9 @@ for deb in "${debs[@]}"; do dpkg-deb -x "$deb" "$root"; done
 "$root/usr/bin/ldpdump" -f "$src/samples/messages.hex" >"$root/dump.txt"
 grep -q 'KeepAlive id 1 LDP_OK' "$root/dump.txt"
 grep -q 'Label Mapping id 256 LDP_OK' "$root/dump.txt"
-"$root/usr/bin/ldpdump" "$src/samples/frr-ldp.pcapng" | grep -q ' Label Mapping id [0-9]* LDP_OK '
+# (Into a file first: grep -q would leave the tool writing into a closed pipe.)
+"$root/usr/bin/ldpdump" "$src/samples/frr-ldp.pcapng" >"$root/frr.txt"
+grep -q ' Label Mapping id [0-9]* LDP_OK ' "$root/frr.txt"
 
 pc=$(dirname "$(find "$root/usr/lib" -name ldpcodec.pc)")
 mkdir "$root/examples"
@@ -53,7 +55,8 @@ installed=no
 if [ "$(id -u)" -eq 0 ] && [ "${LDP_DEB_INSTALL:-1}" != 0 ]; then
     trap 'dpkg --purge ldpdump libldpcodec-dev libldpcodec0 >/dev/null 2>&1 || true; rm -rf "$root"' EXIT
     dpkg -i "${debs[@]}" >/dev/null
-    /usr/bin/ldpdump "$src/samples/frr-ldp.pcapng" | grep -q ' Label Mapping id [0-9]* LDP_OK '
+    /usr/bin/ldpdump "$src/samples/frr-ldp.pcapng" >"$root/frr-installed.txt"
+    grep -q ' Label Mapping id [0-9]* LDP_OK ' "$root/frr-installed.txt"
     man -w ldpdump >/dev/null 2>&1 || [ -f /usr/share/man/man1/ldpdump.1.gz ]
     pkg-config --exists ldpcodec ldpplatform
     dpkg --purge ldpdump libldpcodec-dev libldpcodec0 >/dev/null

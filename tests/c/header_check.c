@@ -55,5 +55,13 @@ int main(void)
         (void)LDP_MemFreeCallBack(buf);
     }
     expect(LDP_STOP_WALK == 0xFFFFFFFFu, "LDP_STOP_WALK is all ones");
+    {
+        /* The version macros agree with each other and with the project's. */
+        char text[32];
+        snprintf(text, sizeof text, "%d.%d.%d", LDP_CODEC_VERSION_MAJOR, LDP_CODEC_VERSION_MINOR,
+                 LDP_CODEC_VERSION_PATCH);
+        expect(strcmp(text, LDP_CODEC_VERSION_STRING) == 0, "version numbers and text agree");
+        expect(strcmp(LDP_CODEC_VERSION_STRING, LDP_EXPECTED_VERSION) == 0, "version of the project");
+    }
     return failures == 0 ? 0 : 1;
 }

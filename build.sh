@@ -18,7 +18,7 @@ cd "$(dirname "$0")"
 SAMPLE_PACKAGES=(cmake ninja-build g++ libpcap-dev)
 TEST_PACKAGES=("${SAMPLE_PACKAGES[@]}" clang binutils libgtest-dev libgmock-dev libbenchmark-dev
                googletest g++-arm-linux-gnueabihf qemu-user tshark make pkgconf file dpkg-dev lintian
-               doxygen valgrind g++-s390x-linux-gnu)
+               doxygen valgrind g++-s390x-linux-gnu python3)
 LOGS=build/logs
 mkdir -p "$LOGS"
 

@@ -103,4 +103,15 @@ uint32_t walk_rest(tlv_cursor &cur, const char *file, Fn fn)
     }
 }
 
+// A whole walk from the cursor: a first TLV header must fit (7), then as
+// walk_rest.
+template <tlv_read Read = tlv_read::copy, class Fn>
+uint32_t walk_tlvs(tlv_cursor &cur, const char *file, Fn fn)
+{
+    if (!cur.has_header()) {
+        return LDP_STATUS_BAD_TLV_LEN;
+    }
+    return walk_rest<Read>(cur, file, fn);
+}
+
 } // namespace ldp

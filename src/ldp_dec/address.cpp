@@ -72,29 +72,6 @@ uint32_t after_first(const tlv_cursor &cur, bool *more)
     return LDP_OK;
 }
 
-// The Address Withdraw walk from the message ID on, TLV by TLV: a header
-// must fit (7), its value must end inside the message (7), then fn decides.
-// The message must end exactly after a TLV (else 5).
-template <class Fn>
-uint32_t walk_withdraw(tlv_cursor &cur, Fn fn)
-{
-    do {
-        if (!cur.has_header()) {
-            return LDP_STATUS_BAD_TLV_LEN;
-        }
-        const LDP_TlvHeader tlv = cur.header(srcfile::dec);
-        if (!cur.value_fits(tlv.usTlvLen)) {
-            return LDP_STATUS_BAD_TLV_LEN;
-        }
-        const uint32_t rc = fn(tlv);
-        if (rc != LDP_OK) {
-            return rc;
-        }
-        cur.advance(tlv.usTlvLen);
-    } while (!cur.at_or_past_end());
-    return cur.at_end() ? LDP_OK : LDP_STATUS_BAD_MSG_LEN;
-}
-
 } // namespace
 
 // ---------------------------------------------------------------- Address List TLV
@@ -267,7 +244,7 @@ extern "C" LDP_API uint32_t LDP_PreParseAddrWithdrawMsg(const uint8_t *pucMsg)
     }
     bool list_seen = false;
     tlv_cursor cur(pucMsg, hdr.usMsgLen);
-    return walk_withdraw(cur, [&](const LDP_TlvHeader &tlv) -> uint32_t {
+    return walk_tlvs(cur, srcfile::dec, [&](const LDP_TlvHeader &tlv) -> uint32_t {
         switch (masked(tlv)) {
         case LDP_TLV_ADDRESS_LIST:
             if (list_seen) {
@@ -303,7 +280,7 @@ extern "C" LDP_API uint32_t LDP_DecodeAddrWithdrawMsg(const uint8_t *pucMsg, LDP
     }
     LDP_AddressWithdrawMsg &rec = *pMsgRecord;
     tlv_cursor cur(pucMsg, msg_len);
-    return walk_withdraw(cur, [&](const LDP_TlvHeader &tlv) -> uint32_t {
+    return walk_tlvs(cur, srcfile::dec, [&](const LDP_TlvHeader &tlv) -> uint32_t {
         switch (masked(tlv)) {
         case LDP_TLV_ADDRESS_LIST: {
             if (rec.ucAddrWdFlags & LDP_ADDRWD_ADDR_LIST) {

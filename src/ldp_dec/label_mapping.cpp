@@ -182,25 +182,14 @@ uint32_t decode_walk(const uint8_t *msg, LDP_MappingMsg *rec, uint32_t module)
     bool fec_seen = false;
     bool label_seen = false;
     tlv_cursor cur(msg, msg_len);
-    do {
-        if (!cur.has_header()) {
-            return LDP_STATUS_BAD_TLV_LEN;
-        }
-        const LDP_TlvHeader tlv = cur.load_header();
-        if (!cur.value_fits(tlv.usTlvLen)) {
-            return LDP_STATUS_BAD_TLV_LEN;
-        }
+    const uint32_t rc = walk_rest<tlv_read::load>(cur, srcfile::dec, [&](const LDP_TlvHeader &tlv) {
         fec_seen = fec_seen || (tlv.usTlvType & LDP_TLV_TYPE_MASK) == LDP_TLV_FEC;
-        const uint32_t rc = decode_tlv(cur, tlv, rec, label_seen, module);
-        if (rc != LDP_OK) {
-            return rc;
-        }
-        cur.advance(tlv.usTlvLen);
-    } while (!cur.at_or_past_end());
-    if (!fec_seen || !label_seen || rec->stFecTlv.stFecList.ulCount == 0) {
-        return LDP_STATUS_MISSING_MSG_PARAMS;
+        return decode_tlv(cur, tlv, rec, label_seen, module);
+    });
+    if (rc != LDP_OK) {
+        return rc;
     }
-    return cur.at_end() ? LDP_OK : LDP_STATUS_BAD_MSG_LEN;
+    return fec_seen && label_seen && rec->stFecTlv.stFecList.ulCount != 0 ? LDP_OK : LDP_STATUS_MISSING_MSG_PARAMS;
 }
 
 } // namespace
@@ -217,25 +206,12 @@ extern "C" LDP_API uint32_t LDP_PreParseMappingMsg(const uint8_t *pucMsg)
     }
     seen_tlvs seen;
     tlv_cursor cur(pucMsg, msg_len);
-    do {
-        if (!cur.has_header()) {
-            return LDP_STATUS_BAD_TLV_LEN;
-        }
-        const LDP_TlvHeader tlv = cur.load_header();
-        if (!cur.value_fits(tlv.usTlvLen)) {
-            return LDP_STATUS_BAD_TLV_LEN;
-        }
-        const uint32_t rc = pre_parse_tlv(cur, tlv, seen);
-        if (rc != LDP_OK) {
-            return rc;
-        }
-        cur.advance(tlv.usTlvLen);
-    } while (!cur.at_or_past_end());
-    if (!seen.fec || !seen.label) {
-        return LDP_STATUS_MISSING_MSG_PARAMS;
+    const uint32_t rc = walk_rest<tlv_read::load>(
+        cur, srcfile::dec, [&](const LDP_TlvHeader &tlv) { return pre_parse_tlv(cur, tlv, seen); });
+    if (rc != LDP_OK) {
+        return rc;
     }
-    // Every TLV was checked against the message end, so this only guards.
-    return cur.at_end() ? LDP_OK : LDP_STATUS_BAD_MSG_LEN;
+    return seen.fec && seen.label ? LDP_OK : LDP_STATUS_MISSING_MSG_PARAMS;
 }
 
 extern "C" LDP_API uint32_t LDP_DecodeMappingMsg(const uint8_t *pucMsg, LDP_MappingMsg *pMsgRecord,

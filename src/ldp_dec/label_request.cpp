@@ -32,11 +32,7 @@ uint32_t check_request_tlv(const tlv_cursor &cur, const LDP_TlvHeader &tlv, seen
     const uint16_t len = tlv.usTlvLen;
     switch (tlv.usTlvType & LDP_TLV_TYPE_MASK) {
     case LDP_TLV_FEC:
-        if (seen.fec) {
-            return LDP_OK;
-        }
-        seen.fec = true;
-        return LDP_PreParseFECTlv(cur.value(), len); // LDP_STOP_WALK included
+        return dec::first_fec(seen.fec, cur, len);
     case LDP_TLV_HOP_COUNT:
         return dec::first_only(seen.hop_count, len == 1, LDP_STATUS_BAD_TLV_LEN);
     case LDP_TLV_PATH_VECTOR:

@@ -55,11 +55,7 @@ uint32_t check_tlv(const tlv_cursor &cur, const LDP_TlvHeader &tlv, seen_tlvs &s
     const uint16_t len = tlv.usTlvLen;
     switch (tlv.usTlvType & LDP_TLV_TYPE_MASK) {
     case LDP_TLV_FEC:
-        if (seen.fec) {
-            return LDP_OK;
-        }
-        seen.fec = true;
-        return LDP_PreParseFECTlv(cur.value(), len); // LDP_STOP_WALK included
+        return dec::first_fec(seen.fec, cur, len);
     case LDP_TLV_GENERIC_LABEL:
         // A length error here, malformed in the decoder: both intended.
         return dec::first_only(seen.label, len == 4, LDP_STATUS_BAD_TLV_LEN);

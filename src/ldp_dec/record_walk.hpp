@@ -67,6 +67,17 @@ inline uint32_t first_only(bool &seen, bool well_formed, uint32_t bad)
     return well_formed ? LDP_OK : bad;
 }
 
+// The first FEC TLV of a message, checked by the FEC TLV pre-parse (whose
+// LDP_STOP_WALK is passed on); later FEC TLVs pass unchecked.
+inline uint32_t first_fec(bool &seen, const tlv_cursor &cur, uint16_t len)
+{
+    if (seen) {
+        return LDP_OK;
+    }
+    seen = true;
+    return LDP_PreParseFECTlv(cur.value(), len);
+}
+
 // A pre-parse meeting a TLV it does not take: refused without the U bit,
 // stepped over with it (the F bit plays no part).
 inline uint32_t skip_unknown(const LDP_TlvHeader &tlv)

@@ -23,22 +23,9 @@ namespace {
 [[gnu::noinline]] uint32_t walk_keepalive_loop(const uint8_t *msg, uint16_t msg_len)
 {
     tlv_cursor cur(msg, msg_len);
-    do {
-        if (!cur.has_header()) {
-            return LDP_STATUS_BAD_TLV_LEN;
-        }
-        const LDP_TlvHeader tlv = cur.header(srcfile::dec);
-        if (!cur.value_fits(tlv.usTlvLen)) {
-            return LDP_STATUS_BAD_TLV_LEN;
-        }
-        if ((tlv.usTlvType & LDP_TLV_U_BIT) == 0) {
-            return LDP_STATUS_UNKNOWN_TLV;
-        }
-        cur.advance(tlv.usTlvLen);
-    } while (!cur.at_or_past_end());
-    // The length test above keeps every TLV inside the message, so this only
-    // states the end condition.
-    return cur.at_end() ? LDP_OK : LDP_STATUS_BAD_MSG_LEN;
+    return walk_tlvs(cur, srcfile::dec, [](const LDP_TlvHeader &tlv) {
+        return (tlv.usTlvType & LDP_TLV_U_BIT) != 0 ? LDP_OK : LDP_STATUS_UNKNOWN_TLV;
+    });
 }
 
 inline uint32_t walk_keepalive_tlvs(const uint8_t *msg, uint16_t msg_len)

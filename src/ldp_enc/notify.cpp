@@ -45,17 +45,7 @@ constexpr uint16_t kStatusTlvSize = 14;
 constexpr uint16_t kLspIdTlvSize = 12;
 constexpr uint16_t kWordTlvSize = 8; // a TLV with a 4-byte value
 
-// Output position and the bytes left after it; every decrease stops at 0.
-struct out_cursor {
-    uint8_t *pos;
-    uint16_t left;
-
-    void take(uint32_t n)
-    {
-        pos += n;
-        left = left > n ? uint16_t(left - n) : uint16_t(0);
-    }
-};
+using tlv_out::out_cursor;
 
 // A TLV whose value is a block of bytes kept as received. It must fit with a
 // byte to spare in the room count's own terms: length + 3 < room.

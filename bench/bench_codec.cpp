@@ -129,55 +129,6 @@ void load_samples(const std::string &path, bool by_type)
     }
 }
 
-// The platform calls of a recorded sequence, made again: its allocations and
-// releases, and with Calls set its memcpy_s and list-service calls too (the
-// list calls on a scratch list, first in first out, as the codec's lists are
-// emptied from the front). earlier holds the blocks it releases without
-// having made them.
-template <bool Calls>
-void replay(const benchplat::sequence &seq, void **blocks, void *const *earlier)
-{
-    alignas(16) static thread_local uint8_t src[4096 + 4];
-    alignas(16) static thread_local uint8_t dst[4096 + 4];
-    static thread_local SLL_Node nodes[64];
-    static thread_local SLL_List list = {{reinterpret_cast<SLL_Node *>(&list), 0},
-                                         reinterpret_cast<SLL_Node *>(&list), 0};
-    static thread_local SLL_List empty = {{reinterpret_cast<SLL_Node *>(&empty), 0},
-                                          reinterpret_cast<SLL_Node *>(&empty), 0};
-    size_t in = 0;
-    size_t out = 0;
-    for (const benchplat::event &e : seq.events) {
-        switch (e.what) {
-        case benchplat::kind::alloc:
-            blocks[e.ref] = PLAT_SimpleAlloc_F(0, e.size, "bench", __LINE__);
-            break;
-        case benchplat::kind::release:
-            PLAT_Free_F(e.ref >= 0 ? blocks[e.ref] : earlier[-1 - e.ref], "bench", __LINE__);
-            break;
-        case benchplat::kind::copy:
-            if (Calls) {
-                (void)memcpy_s(dst, size_t(e.ref), src, e.size);
-            }
-            break;
-        case benchplat::kind::list_insert:
-            if (Calls) {
-                SLL_Insert_In_Middle(&list, list.pTail, &nodes[in++ % 64], &list.stHead);
-            }
-            break;
-        case benchplat::kind::list_delete:
-            if (Calls) {
-                SLL_Delete(&list, &nodes[out++ % 64]);
-            }
-            break;
-        case benchplat::kind::list_free_all:
-            if (Calls) {
-                SLL_FreeAll(&empty, nullptr);
-            }
-            break;
-        }
-    }
-    benchmark::DoNotOptimize(blocks);
-}
 
 void copy_message(const message &m)
 {
@@ -212,7 +163,8 @@ void decode_floor(benchmark::State &state, const sample *s)
     for (auto _ : state) {
         const message &m = s->msgs[i];
         copy_message(m);
-        replay<Calls>(Calls ? m.decode_seq : m.decode_mem, blocks.data(), nullptr);
+        benchplat::replay<Calls>(Calls ? m.decode_seq : m.decode_mem, blocks.data(), nullptr);
+        benchmark::DoNotOptimize(blocks);
         i = next(i, *s);
     }
 }
@@ -273,7 +225,8 @@ void encode_floor(benchmark::State &state, const sample *s)
         const double t0 = thread_cpu_seconds();
         for (const std::vector<void *> &blocks_of : earlier) {
             const message &m = s->msgs[i];
-            replay<false>(m.encode_seq, blocks.data(), blocks_of.data());
+            benchplat::replay<false>(m.encode_seq, blocks.data(), blocks_of.data());
+            benchmark::DoNotOptimize(blocks);
             copy_message(m);
             i = next(i, *s);
         }

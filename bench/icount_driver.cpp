@@ -54,10 +54,6 @@ void dump(const group &g, const char *tag)
 }
 
 uint8_t g_scratch[65536 + 4];
-uint8_t g_dst[65536 + 4];
-SLL_Node g_nodes[64];
-SLL_List g_list = {{reinterpret_cast<SLL_Node *>(&g_list), 0}, reinterpret_cast<SLL_Node *>(&g_list), 0};
-SLL_List g_empty = {{reinterpret_cast<SLL_Node *>(&g_empty), 0}, reinterpret_cast<SLL_Node *>(&g_empty), 0};
 
 // The floor of one message: its decode's allocations and releases, and its
 // memcpy_s and list-service calls too when calls is set, plus one copy of
@@ -66,37 +62,10 @@ void floor_once(const benchsamples::message &m, const benchplat::sequence &seq, 
                 bool calls)
 {
     std::memcpy(g_scratch, m.bytes.data(), m.bytes.size());
-    size_t in = 0;
-    size_t out = 0;
-    for (const benchplat::event &e : seq.events) {
-        switch (e.what) {
-        case benchplat::kind::alloc:
-            blocks[size_t(e.ref)] = PLAT_SimpleAlloc_F(0, e.size, "floor", 0);
-            break;
-        case benchplat::kind::release:
-            PLAT_Free_F(blocks[size_t(e.ref)], "floor", 0);
-            break;
-        case benchplat::kind::copy:
-            if (calls) {
-                (void)memcpy_s(g_dst, size_t(e.ref), g_scratch, e.size);
-            }
-            break;
-        case benchplat::kind::list_insert:
-            if (calls) {
-                SLL_Insert_In_Middle(&g_list, g_list.pTail, &g_nodes[in++ % 64], &g_list.stHead);
-            }
-            break;
-        case benchplat::kind::list_delete:
-            if (calls) {
-                SLL_Delete(&g_list, &g_nodes[out++ % 64]);
-            }
-            break;
-        case benchplat::kind::list_free_all:
-            if (calls) {
-                SLL_FreeAll(&g_empty, nullptr);
-            }
-            break;
-        }
+    if (calls) {
+        benchplat::replay<true>(seq, blocks.data(), nullptr);
+    } else {
+        benchplat::replay<false>(seq, blocks.data(), nullptr);
     }
 }
 

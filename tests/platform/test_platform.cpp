@@ -121,7 +121,7 @@ using testplat::st;
 
 extern "C" {
 
-// The default platform's copy, compiled under another name (default_safe_mem.c).
+// The default platform's copy, compiled under another name (tests/CMakeLists.txt).
 int ldp_default_memcpy_s(void *pDst, size_t ulDstMax, const void *pSrc, size_t ulCount);
 
 uint8_t g_aucPlatMemPt[16] = {0, 1, 2, 3};
